@@ -1,0 +1,11 @@
+#include "orv/internal/ModuleToken.h"
+
+namespace orv::internal {
+
+const void* moduleToken() noexcept
+{
+    static const char token = 0;
+    return &token;
+}
+
+} // namespace orv::internal

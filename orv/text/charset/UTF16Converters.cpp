@@ -1,0 +1,201 @@
+#include "orv/text/charset/UTF16Converters.h"
+
+#include "orv/text/charset/internal/ByteOrder.h"
+#include "orv/text/charset/internal/Run.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace orv::text::charset {
+
+using internal::BigEndian;
+using internal::DecoderRun;
+using internal::EncoderRun;
+using internal::LittleEndian;
+
+namespace {
+
+constexpr std::ptrdiff_t BLOCK = 32;
+
+/// Copies `count` 16-bit words, each with its bytes exchanged.
+void copySwapped(void* to, const void* from, std::ptrdiff_t count)
+{
+    auto* out = static_cast<unsigned char*>(to);
+    const auto* in = static_cast<const unsigned char*>(from);
+    for (; count >= BLOCK; count -= BLOCK, in += 2 * BLOCK, out += 2 * BLOCK) {
+        std::uint16_t block[BLOCK];
+        std::memcpy(block, in, sizeof block);
+        for (std::uint16_t& word : block) word = internal::swapped(word);
+        std::memcpy(out, block, sizeof block);
+    }
+    for (; count > 0; --count, in += 2, out += 2) {
+        std::uint16_t word;
+        std::memcpy(&word, in, sizeof word);
+        word = internal::swapped(word);
+        std::memcpy(out, &word, sizeof word);
+    }
+}
+
+void copyWords(void* to, const void* from, std::ptrdiff_t count)
+{
+    if (count > 0) std::memcpy(to, from, static_cast<std::size_t>(count) * 2);
+}
+
+template <class Copy>
+std::int32_t decode(DecoderRun&& run, Copy copy)
+{
+    const std::ptrdiff_t count = std::min(run.inLeft() / 2, run.outLeft());
+    copy(run.out, run.in, count);
+    run.in += 2 * count;
+    run.out += count;
+    return run.written();
+}
+
+template <class Copy>
+std::int32_t encode(EncoderRun&& run, Copy copy)
+{
+    const std::ptrdiff_t count = std::min(run.inLeft(), run.outLeft() / 2);
+    copy(run.out, run.in, count);
+    run.in += count;
+    run.out += 2 * count;
+    return static_cast<std::int32_t>(count);
+}
+
+constexpr signed char byte(int value)
+{
+    return static_cast<signed char>(value);
+}
+
+} // namespace
+
+// Decoders
+
+BTCUTF16::~BTCUTF16() noexcept(false) = default;
+
+std::int32_t BTCUTF16::convert(const signed char* src, std::int32_t* srcPos, std::int32_t srcEnd,
+                               char16_t* dst, std::int32_t* dstPos, std::int32_t dstEnd)
+{
+    return sameEncodingConvert(src, srcPos, srcEnd, dst, dstPos, dstEnd);
+}
+
+BTCUTF16LE::~BTCUTF16LE() noexcept(false) = default;
+
+std::int32_t BTCUTF16LE::convert(const signed char* src, std::int32_t* srcPos, std::int32_t srcEnd,
+                                 char16_t* dst, std::int32_t* dstPos, std::int32_t dstEnd)
+{
+    return decode({src, srcPos, srcEnd, dst, dstPos, dstEnd}, copyWords);
+}
+
+const char16_t* BTCUTF16LE::getEncodingName() const
+{
+    return u"UTF-16LE";
+}
+
+std::uint16_t BTCUTF16LE::convertUTF16(std::uint16_t word)
+{
+    return LittleEndian::order(word);
+}
+
+std::uint32_t BTCUTF16LE::convertUTF32(std::uint32_t word)
+{
+    return LittleEndian::order(word);
+}
+
+BTCUTF16BE::~BTCUTF16BE() noexcept(false) = default;
+
+std::int32_t BTCUTF16BE::convert(const signed char* src, std::int32_t* srcPos, std::int32_t srcEnd,
+                                 char16_t* dst, std::int32_t* dstPos, std::int32_t dstEnd)
+{
+    return decode({src, srcPos, srcEnd, dst, dstPos, dstEnd}, copySwapped);
+}
+
+const char16_t* BTCUTF16BE::getEncodingName() const
+{
+    return u"UTF-16BE";
+}
+
+std::uint16_t BTCUTF16BE::convertUTF16(std::uint16_t word)
+{
+    return BigEndian::order(word);
+}
+
+std::uint32_t BTCUTF16BE::convertUTF32(std::uint32_t word)
+{
+    return BigEndian::order(word);
+}
+
+// Encoders
+
+CTBUTF16::~CTBUTF16() noexcept(false) = default;
+
+std::int32_t CTBUTF16::convert(const char16_t* src, std::int32_t* srcPos, std::int32_t srcEnd,
+                               signed char* dst, std::int32_t* dstPos, std::int32_t dstEnd)
+{
+    return sameEncodingConvert(src, srcPos, srcEnd, dst, dstPos, dstEnd);
+}
+
+std::int32_t CTBUTF16::flush(signed char*, std::int32_t*, std::int32_t)
+{
+    return 0;
+}
+
+CTBUTF16LE::CTBUTF16LE() noexcept
+{
+    m_substitution = {byte(0xFD), byte(0xFF)};
+    m_substitutionLength = 2;
+}
+
+CTBUTF16LE::~CTBUTF16LE() noexcept(false) = default;
+
+std::int32_t CTBUTF16LE::convert(const char16_t* src, std::int32_t* srcPos, std::int32_t srcEnd,
+                                 signed char* dst, std::int32_t* dstPos, std::int32_t dstEnd)
+{
+    return encode({src, srcPos, srcEnd, dst, dstPos, dstEnd}, copyWords);
+}
+
+const char16_t* CTBUTF16LE::getEncodingName() const
+{
+    return u"UTF-16LE";
+}
+
+std::uint16_t CTBUTF16LE::convertUTF16(std::uint16_t value)
+{
+    return LittleEndian::order(value);
+}
+
+std::uint32_t CTBUTF16LE::convertUTF32(std::uint32_t value)
+{
+    return LittleEndian::order(value);
+}
+
+CTBUTF16BE::CTBUTF16BE() noexcept
+{
+    m_substitution = {byte(0xFF), byte(0xFD)};
+    m_substitutionLength = 2;
+}
+
+CTBUTF16BE::~CTBUTF16BE() noexcept(false) = default;
+
+std::int32_t CTBUTF16BE::convert(const char16_t* src, std::int32_t* srcPos, std::int32_t srcEnd,
+                                 signed char* dst, std::int32_t* dstPos, std::int32_t dstEnd)
+{
+    return encode({src, srcPos, srcEnd, dst, dstPos, dstEnd}, copySwapped);
+}
+
+const char16_t* CTBUTF16BE::getEncodingName() const
+{
+    return u"UTF-16BE";
+}
+
+std::uint16_t CTBUTF16BE::convertUTF16(std::uint16_t value)
+{
+    return BigEndian::order(value);
+}
+
+std::uint32_t CTBUTF16BE::convertUTF32(std::uint32_t value)
+{
+    return BigEndian::order(value);
+}
+
+} // namespace orv::text::charset

@@ -1,0 +1,75 @@
+#include "platform/orvcore.h"
+
+#include "platform/posix/internal/NarrowText.h"
+#include "platform/posix/internal/NativePath.h"
+#include "platform/posix/internal/Results.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include <dlfcn.h>
+
+namespace {
+
+bool isPath(const char16_t* name) noexcept
+{
+    return orvcore::hasDrive(name) ||
+           std::any_of(name, name + ORVStrLenW(name), orvcore::isSeparator);
+}
+
+// `form` has the places of the folder with its slash and of the name.
+void* openAs(const char* form, const char* path) noexcept
+{
+    const char* slash = std::strrchr(path, '/');
+    const char* name = slash == nullptr ? path : slash + 1;
+    char full[PATH_MAX + sizeof "lib.so"];
+    std::snprintf(full, sizeof full, form, static_cast<int>(name - path), path, name);
+    return dlopen(full, RTLD_NOW | RTLD_LOCAL);
+}
+
+} // namespace
+
+ORVResult ORVModuleLibOpen(const void*, const char16_t* name, ORVHandle* out) noexcept
+{
+    if (name == nullptr || out == nullptr) return E_POINTER;
+    *out = ORV_NO_HANDLE;
+
+    char plain[PATH_MAX];
+    orvcore::NativePath path;
+    const bool mapped = isPath(name);
+    const ORVResult result =
+        mapped ? path.assign(name) : orvcore::narrowExactly(name, plain, sizeof plain);
+    const char* bytes = mapped ? path.get() : plain;
+    // The empty name would open the program itself.
+    if (result < 0 || *bytes == 0) return orvcore::libraryNotFound;
+
+    for (const char* form : {"%.*s%s", "%.*s%s.so", "%.*slib%s.so"}) {
+        if (void* library = openAs(form, bytes)) {
+            *out = reinterpret_cast<ORVHandle>(library);
+            return S_OK;
+        }
+    }
+    return orvcore::libraryNotFound;
+}
+
+ORVResult ORVModuleLibClose(const void*, ORVHandle library) noexcept
+{
+    if (library == 0 || library == ORV_NO_HANDLE) return E_INVALIDARG;
+    return dlclose(reinterpret_cast<void*>(library)) == 0 ? S_OK : E_FAIL;
+}
+
+ORVResult ORVLibGetSymbol(ORVHandle library, const char16_t* name, void** out) noexcept
+{
+    if (name == nullptr || out == nullptr) return E_POINTER;
+    *out = nullptr;
+    if (library == 0 || library == ORV_NO_HANDLE) return E_INVALIDARG;
+    orvcore::NarrowText bytes;
+    if (bytes.assign(name) < 0) return orvcore::symbolNotFound;
+
+    dlerror();
+    void* symbol = dlsym(reinterpret_cast<void*>(library), bytes.get());
+    if (dlerror() != nullptr) return orvcore::symbolNotFound;
+    *out = symbol;
+    return S_OK;
+}

@@ -1,0 +1,149 @@
+#include "Sweep.h"
+
+#include "orv/quark/Implements.h"
+#include "orv/text/charset/CharToByteConverter.h"
+#include "orv/text/charset/CharsetExceptions.h"
+#include "orv/text/charset/CodecManager.h"
+#include "orv/text/charset/ComConverters.h"
+#include "orv/util/ByteBuffers.h"
+
+#include <array>
+
+namespace orv::test {
+
+namespace {
+
+using namespace text::charset;
+
+/// One of each family, by all kinds of names.
+constexpr std::array ENCODINGS{u"UTF-8", u"utf-16le", u"UTF-16BE",     u"UTF-32LE", u"UTF-32BE",
+                               u"A7",    u"ASCII",    u"windows-1252", u"CP437",    u"latin1"};
+
+constexpr const char16_t* TEXT = u"A text, rather long, of which every unit is plain";
+
+std::string name8(const char16_t* name)
+{
+    return readable(name == nullptr ? u"the default" : name);
+}
+
+void addEncoding(std::vector<Row>& rows, const char16_t* name)
+{
+    rows.push_back(product("decoder of " + name8(name), [=] {
+        const Reference<ByteToCharConverter> it(ByteToCharConverter::getConverter(name));
+        return String(it->getEncodingName());
+    }));
+    rows.push_back(product("encoder of " + name8(name), [=] {
+        const Reference<CharToByteConverter> it(CharToByteConverter::getConverter(name));
+        return String(it->getEncodingName());
+    }));
+    rows.push_back(product("bytes and back by " + name8(name), [=] {
+        util::RWByteBuffer bytes;
+        String(TEXT).getBytes(&bytes, name);
+        return String(bytes.getData(), bytes.getLength(), name);
+    }));
+    rows.push_back(row(
+        "keep the bytes of " + name8(name), [] { return String(TEXT); },
+        [=](String& text) { text.getBytes(name); }));
+}
+
+/// A component's codec, which runs out of memory as others do.
+class Codec : public quark::Implements<Object, IORVCharCodec> {
+public:
+    Result GetName(util::ICharBuffer* out) override
+    {
+        String name(u"A codec with a name that takes more than a granule of memory");
+        return resultOf([&] { ORVCopyCharBuffer(out, &name); });
+    }
+    Result GetMaxBytesPerChar(std::int32_t* out) override { return set(out, 2); }
+    Result GetMaxCharsPerByte(std::int32_t* out) override { return set(out, 1); }
+    Result BytesToChar(const signed char* bytes, std::int32_t* n, std::uint32_t* out) override
+    {
+        *out = static_cast<std::uint32_t>(bytes[0]);
+        return set(n, 1);
+    }
+    Result CharToBytes(std::uint32_t codePoint, util::IByteBuffer* out) override
+    {
+        signed char* bytes = nullptr;
+        const Result result = out->GetWriteLock(2, &bytes);
+        if (failed(result)) return result;
+        bytes[0] = static_cast<signed char>(codePoint);
+        return out->ReleaseWriteLock(1);
+    }
+
+private:
+    static Result set(std::int32_t* out, std::int32_t value)
+    {
+        *out = value;
+        return S_OK;
+    }
+};
+
+/// Throws for the text or the bytes that have no other side.
+void addFailures(std::vector<Row>& rows)
+{
+    for (const char16_t* name : {u"no such encoding", u"CP932"}) {
+        rows.push_back(product("encoding without a codec: " + name8(name), [=] {
+            try {
+                return String("abc", 3, name);
+            } catch (const UnknownEncodingException& exception) {
+                return exception.getDescription();
+            }
+        }));
+    }
+    rows.push_back(product("text without bytes", [] {
+        const Reference<CharToByteConverter> encoder(CharToByteConverter::getConverter(u"ASCII"));
+        encoder->setSubstitutionMode(false);
+        std::int32_t from = 0;
+        std::int32_t to = 0;
+        std::array<signed char, 8> bytes;
+        try {
+            encoder->convert(u"a\u20AC", &from, 2, bytes.data(), &to, 8);
+        } catch (const UnmappableCharacterException& exception) {
+            return exception.getDescription();
+        }
+        return String();
+    }));
+    rows.push_back(product("half a pair", [] {
+        util::RWByteBuffer bytes;
+        try {
+            String(u"a\xD800").getBytes(&bytes, u"UTF-8");
+        } catch (const InvalidCharacterException& exception) {
+            return exception.getDescription();
+        }
+        return String();
+    }));
+}
+
+void addForeignCodec(std::vector<Row>& rows)
+{
+    const auto codec = makeReference<Codec>();
+    rows.push_back(product("decoder over a codec",
+                           [=] { return String(BTCCom(codec.get()).getEncodingName()); }));
+    rows.push_back(product("encoder over a codec",
+                           [=] { return String(CTBCom(codec.get()).getEncodingName()); }));
+}
+
+void addRegistration(std::vector<Row>& rows)
+{
+    rows.push_back(onlyFresh(product("registerCodec", [] {
+        CodecManager::getInstance()->registerCodec(u"an encoding of the tests",
+                                                   u"orv::text::charset::CTBASCII",
+                                                   u"orv::text::charset::BTCASCII");
+        return String("abc", 3, u"An Encoding of the Tests");
+    })));
+}
+
+} // namespace
+
+std::vector<Row> converterRows()
+{
+    std::vector<Row> rows;
+    addEncoding(rows, nullptr);
+    for (const char16_t* name : ENCODINGS) addEncoding(rows, name);
+    addFailures(rows);
+    addForeignCodec(rows);
+    addRegistration(rows);
+    return rows;
+}
+
+} // namespace orv::test

@@ -1,0 +1,82 @@
+#include "Sweep.h"
+
+#include "orv/Class.h"
+#include "orv/ClassManager.h"
+#include "orv/ipc/Semaphore.h"
+#include "orv/ipc/SharedMemory.h"
+#include "orv/sync/Condition.h"
+#include "orv/sync/Event.h"
+#include "orv/sync/Gate.h"
+#include "orv/sync/Mutex.h"
+#include "orv/sync/ReaderWriterLock.h"
+#include "orv/sync/Semaphore.h"
+#include "tests/support/SharedNames.h"
+
+namespace orv::test {
+
+namespace {
+
+/// Made by the operation; its state is whether it is there.
+template <class T>
+struct Made {
+    Reference<T> object;
+    std::string state() const { return object ? "made" : "nothing"; }
+};
+
+template <class T, class... Arguments>
+Row making(const std::string& name, Arguments... arguments)
+{
+    return product(name, [=] { return Made<T>{makeReference<T>(arguments...)}; });
+}
+
+/// An object between processes; its state is the number of files that it has.
+struct Shared {
+    std::string name = uniqueName();
+    Reference<ipc::SharedMemory> memory = Reference<ipc::SharedMemory>();
+    Reference<ipc::Semaphore> semaphore = Reference<ipc::Semaphore>();
+
+    std::string state() const { return std::to_string(filesOf(name)); }
+};
+
+void addLocks(std::vector<Row>& rows)
+{
+    rows.push_back(making<sync::Mutex>("Mutex"));
+    rows.push_back(making<sync::Event>("Event"));
+    rows.push_back(making<sync::Gate>("Gate"));
+    rows.push_back(making<sync::Semaphore>("Semaphore", 1u));
+    rows.push_back(making<sync::ReaderWriterLock>("ReaderWriterLock"));
+    rows.push_back(making<sync::Condition>("Condition"));
+    rows.push_back(row(
+        "ipc::SharedMemory", [] { return Shared(); },
+        [](Shared& it) {
+            it.memory = makeReference<ipc::SharedMemory>(it.name.c_str(), 100u,
+                                                         ipc::SharedMemory::CREATE, 0600u);
+        }));
+    rows.push_back(row(
+        "ipc::Semaphore", [] { return Shared(); },
+        [](Shared& it) { it.semaphore = makeReference<ipc::Semaphore>(it.name.c_str(), 1u); }));
+}
+
+void addClasses(std::vector<Row>& rows)
+{
+    rows.push_back(product("createInstance", [] {
+        const Class* const known = Class::forName(u"orv::text::charset::BTCASCII");
+        return Made<Object>{known->createInstance()};
+    }));
+    rows.push_back(onlyFresh(product("registerClass", [] {
+        ClassManager::getInstance()->registerClass(u"orv::test::Row", &typeid(Row), nullptr);
+        return String(Class::forName(u"orv::test::Row")->getName());
+    })));
+}
+
+} // namespace
+
+std::vector<Row> objectRows()
+{
+    std::vector<Row> rows;
+    addLocks(rows);
+    addClasses(rows);
+    return rows;
+}
+
+} // namespace orv::test

@@ -1,0 +1,191 @@
+#include "Sweep.h"
+
+#include "orv/util/MTCharBuffer.h"
+
+#include <array>
+#include <iterator>
+
+namespace orv::test {
+
+namespace {
+
+constexpr char16_t TEXT[] = u"  one {0} two and {1}, that is more than thirty-two units \t";
+constexpr const char16_t* MORE = u" and then some more, again longer than a granule";
+constexpr STRUCT_ORV_STR_LIT_INFO LITERAL{TEXT, std::size(TEXT) - 1};
+
+/// What a String can hold.
+struct Kind {
+    const char* name;
+    String (*make)();
+};
+
+String sharedText()
+{
+    static const String s_text(TEXT);
+    return s_text;
+}
+
+const std::array KINDS{
+    Kind{"a private text", [] { return String(TEXT); }},
+    Kind{"a text with bytes kept",
+         [] {
+             String text(TEXT);
+             text.getBytes();
+             return text;
+         }},
+    Kind{"a long text", [] { return String(u'x', 400).append(TEXT); }},
+    Kind{"a literal", [] { return String(LITERAL); }},
+    Kind{"a shared text", &sharedText},
+    Kind{"a locked buffer",
+         [] {
+             const auto buffer = makeReference<util::MTCharBuffer>(TEXT, LITERAL.length + 1, 0);
+             return String(AcquireMode::AcquireAddRef, buffer.get());
+         }},
+    Kind{"a shared locked buffer",
+         [] {
+             static const auto s_buffer =
+                 makeReference<util::MTCharBuffer>(TEXT, LITERAL.length + 1, 0);
+             return String(AcquireMode::AcquireAddRef, s_buffer.get());
+         }},
+};
+
+struct Edit {
+    const char* name;
+    void (*apply)(String& text);
+};
+
+const std::array EDITS{
+    Edit{"append", [](String& text) { text.append(MORE); }},
+    Edit{"append units", [](String& text) { text.append(u'x', 100); }},
+    Edit{"append itself", [](String& text) { text.append(text); }},
+    Edit{"prepend", [](String& text) { text.prepend(MORE); }},
+    Edit{"insert", [](String& text) { text.insert(5, String(MORE)); }},
+    Edit{"replace a part", [](String& text) { text.replace(3, 2, MORE, -1, 3); }},
+    Edit{"replace by a part of itself",
+         [](String& text) { text.replace(3, 0, text.getData() + 2, 40); }},
+    Edit{"assign", [](String& text) { text = String(u'y', 1000); }},
+    Edit{"assign bytes", [](String& text) { text = "bytes, bytes and more bytes"; }},
+    Edit{"alias", [](String& text) { text.setTo(AcquireMode::AcquireAlias, MORE); }},
+    Edit{"assign in upper case",
+         [](String& text) { text.setTo(AcquireMode::AcquireCopyUpper, String(u'y', 1000)); }},
+    Edit{"resize", [](String& text) { text.resize(600, u'-'); }},
+    Edit{"format", [](String& text) { text.format(text, MORE, TEXT); }},
+    Edit{"a write bracket",
+         [](String& text) {
+             text.getWriteLock(3000);
+             text.releaseWriteLock(-1);
+         }},
+    Edit{"copy a buffer",
+         [](String& text) {
+             String source(u'y', 1000);
+             ORVCopyCharBuffer(&text, &source);
+         }},
+    Edit{"share another", [](String& text) { text.setAddRef(String(MORE)); }},
+    Edit{"keep bytes", [](String& text) { text.getBytes(u"UTF-8"); }},
+};
+
+/// Edits that need memory only for a text that is not their own.
+const std::array EDITS_IN_PLACE{
+    Edit{"remove", [](String& text) { text.remove(2, 7); }},
+    Edit{"to upper case", [](String& text) { text.toUpper(); }},
+    Edit{"trim", [](String& text) { text.trim(); }},
+    Edit{"translate", [](String& text) { text.translate(u'o', u'0'); }},
+    Edit{"set a unit", [](String& text) { text.setCharAt(3, u'X'); }},
+};
+
+void addEdits(std::vector<Row>& rows)
+{
+    for (const Kind& kind : KINDS) {
+        for (const Edit& edit : EDITS) {
+            rows.push_back(row(std::string(edit.name) + ": " + kind.name, kind.make, edit.apply));
+        }
+    }
+    for (const Kind& kind : {KINDS[3], KINDS[4], KINDS[6]}) {
+        for (const Edit& edit : EDITS_IN_PLACE) {
+            rows.push_back(row(std::string(edit.name) + ": " + kind.name, kind.make, edit.apply));
+        }
+    }
+}
+
+/// Through the interface, where E_OUTOFMEMORY is returned.
+template <class Call>
+void addInterface(std::vector<Row>& rows, const char* name, Call call)
+{
+    for (const Kind& kind : {KINDS[2], KINDS[4], KINDS[5], KINDS[6]}) {
+        rows.push_back(
+            row(std::string(name) + ": " + kind.name, kind.make, [=](String& text) -> Returned {
+                util::ICharBuffer& buffer = text;
+                return {call(buffer)};
+            }));
+    }
+}
+
+void addInterfaces(std::vector<Row>& rows)
+{
+    addInterface(rows, "GetWriteLock", [](util::ICharBuffer& buffer) {
+        char16_t* units = nullptr;
+        const Result result = buffer.GetWriteLock(2000, &units);
+        return failed(result) ? result : buffer.ReleaseWriteLock(buffer.GetLength());
+    });
+    addInterface(rows, "EnsureCapacity", [](util::ICharBuffer& buffer) {
+        char16_t* units = nullptr;
+        Result result = buffer.GetWriteLock(0, &units);
+        if (failed(result)) return result;
+        const Result grown = buffer.EnsureCapacity(2000, &units);
+        result = buffer.ReleaseWriteLock(buffer.GetLength());
+        return failed(grown) ? grown : result;
+    });
+    addInterface(rows, "ReleaseWriteLock", [](util::ICharBuffer& buffer) {
+        char16_t* units = nullptr;
+        Result result = buffer.GetWriteLock(0, &units);
+        if (failed(result)) return result;
+        const std::int32_t length = buffer.GetLength();
+        result = buffer.ReleaseWriteLock(length + 100);
+        if (failed(result)) {
+            static_cast<void>(buffer.ReleaseWriteLock(length)); // the bracket is still open
+            return result;
+        }
+        result = buffer.GetWriteLock(0, &units);
+        if (failed(result)) return result;
+        return buffer.ReleaseWriteLock(length);
+    });
+}
+
+void addProducts(std::vector<Row>& rows)
+{
+    rows.insert(
+        rows.end(),
+        {
+            product("String of a pointer", [] { return String(TEXT); }),
+            product("String in upper case",
+                    [] { return String(AcquireMode::AcquireCopyUpper, TEXT); }),
+            product("String as a view", [] { return String(AcquireMode::AcquireAlias, TEXT); }),
+            product("String of a literal", [] { return String(LITERAL); }),
+            product("String of a region",
+                    [] { return String(AcquireMode::AcquireCopy, sharedText(), 2, 40, 600); }),
+            product("String of units", [] { return String(u'x', 300); }),
+            product("String with room", [] { return String(300); }),
+            product("String of UTF-8", [] { return String("\xC3\xA4\xE2\x82\xAC", -1, u"UTF-8"); }),
+            product("substring", [] { return sharedText().substring(2, 9); }),
+            product("concatenation", [] { return sharedText() + MORE + sharedText(); }),
+            product("clone", [] { return Reference<Object>(sharedText().clone()); }),
+            product("valueOf a number", [] { return String::valueOf(-12345); }),
+            product("valueOf a floating number", [] { return String::valueOf(0.1); }),
+            product("valueOf a truth", [] { return String::valueOf(true); }),
+            product("valueOf a unit", [] { return String::valueOf(u'x'); }),
+            product("exception with a text", [] { return Exception(TEXT).getDescription(); }),
+        });
+}
+
+} // namespace
+
+std::vector<Row> textRows()
+{
+    std::vector<Row> rows;
+    addEdits(rows);
+    addInterfaces(rows);
+    addProducts(rows);
+    return rows;
+}
+
+} // namespace orv::test

@@ -1,0 +1,214 @@
+#include "orv/Exception.h"
+#include "orv/sync/Condition.h"
+#include "orv/sync/Event.h"
+#include "orv/sync/FakeMutex.h"
+#include "orv/sync/Gate.h"
+#include "orv/sync/Handle.h"
+#include "orv/sync/Lock.h"
+#include "orv/sync/Mutex.h"
+#include "orv/sync/ReaderWriterLock.h"
+#include "orv/sync/Semaphore.h"
+#include "orv/sync/internal/TimedWait.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <type_traits>
+
+namespace orv::sync {
+namespace {
+
+constexpr Result notOwner = makeResult(0x80070120u);
+constexpr Result busy = makeResult(0x800700AAu);
+
+static_assert(sizeof(Mutex) == sizeof(::orv::Object) + sizeof(ORVHandle));
+static_assert(!std::is_copy_constructible_v<Semaphore>);
+static_assert(!std::is_nothrow_destructible_v<Gate>);
+static_assert(!std::is_nothrow_destructible_v<Lock>);
+static_assert(!std::is_base_of_v<Object, Condition>);
+
+/// The result of what `body` throws, S_OK if nothing.
+template <class Body>
+Result thrownBy(Body body)
+{
+    try {
+        body();
+    } catch (const ResultException& exception) {
+        return exception.getResult();
+    }
+    return S_OK;
+}
+
+template <class Body>
+void onAnotherThread(Body body)
+{
+    std::thread(body).join();
+}
+
+TEST(SyncMutex, belongsToOneThreadUntilItsLastSignal)
+{
+    Mutex mutex("a name", 0);
+    mutex.wait();
+    mutex.wait();
+    EXPECT_TRUE(mutex.tryWait());
+    for (int holds = 3; holds > 0; --holds) {
+        onAnotherThread([&] { EXPECT_FALSE(mutex.tryWait()) << holds; });
+        mutex.signal();
+    }
+    EXPECT_EQ(thrownBy([&] { mutex.signal(); }), notOwner);
+    onAnotherThread([&] {
+        EXPECT_TRUE(mutex.tryWait());
+        mutex.signal();
+    });
+}
+
+TEST(SyncHandle, theDestructorThrowsUnlessAnExceptionIsOnItsWay)
+{
+    using Failing = Handle<[](ORVHandle) { return busy; }>;
+    EXPECT_EQ(thrownBy([] {
+                  Failing handle;
+                  *handle.receive() = 1;
+              }),
+              busy);
+    EXPECT_EQ(thrownBy([] {
+                  Failing handle;
+                  *handle.receive() = 1;
+                  throw ResultException(E_FAIL);
+              }),
+              E_FAIL);
+    EXPECT_EQ(thrownBy([] { const Failing none; }), S_OK);
+}
+
+TEST(SyncLock, signalsAtTheEndOfItsScope)
+{
+    Mutex mutex;
+    const auto isFree = [&] {
+        bool got = false;
+        onAnotherThread([&] {
+            got = mutex.tryWait();
+            if (got) mutex.signal();
+        });
+        return got;
+    };
+    EXPECT_EQ(thrownBy([&] {
+                  const Lock lock(mutex);
+                  EXPECT_FALSE(isFree());
+                  throw ResultException(E_FAIL);
+              }),
+              E_FAIL);
+    EXPECT_TRUE(isFree());
+    {
+        const Lock none(static_cast<LockObject*>(nullptr));
+        const Lock lock(&mutex);
+        EXPECT_FALSE(isFree());
+    }
+    EXPECT_TRUE(isFree());
+}
+
+TEST(FakeMutex, locksNothing)
+{
+    FakeMutex mutex(nullptr, 0);
+    for (int i = 0; i < 3; ++i) {
+        mutex.wait();
+        EXPECT_TRUE(mutex.tryWait());
+    }
+    mutex.signal();
+    onAnotherThread([&] { EXPECT_TRUE(mutex.tryWait()); });
+}
+
+TEST(SyncEvent, tryWaitIsFalseAndLeavesTheSignal)
+{
+    Event event;
+    EXPECT_FALSE(event.wait(0u));
+    event.signal();
+    EXPECT_FALSE(event.tryWait());
+    EXPECT_TRUE(event.wait(0u));
+    EXPECT_FALSE(event.wait(1u));
+    event.signal();
+    event.wait();
+    EXPECT_FALSE(event.wait(0u));
+}
+
+TEST(SyncGate, waitsOnlyWhileItIsClosed)
+{
+    Gate gate;
+    EXPECT_FALSE(gate.tryWait());
+    EXPECT_FALSE(gate.wait(0u));
+    gate.open();
+    EXPECT_TRUE(gate.tryWait());
+    EXPECT_TRUE(gate.wait(0u));
+    gate.wait();
+    gate.close();
+    EXPECT_FALSE(gate.wait(1u));
+}
+
+TEST(TimedWait, isPassedByTheResultZeroAlone)
+{
+    EXPECT_TRUE(passedInTime(S_OK));
+    EXPECT_FALSE(passedInTime(E_TIMED_OUT));
+    EXPECT_FALSE(passedInTime(1));
+    EXPECT_EQ(thrownBy([] { passedInTime(E_FAIL); }), E_FAIL);
+}
+
+TEST(SyncSemaphore, countsAndHandsOver)
+{
+    Semaphore there(0);
+    Semaphore back(1, "a name");
+    EXPECT_FALSE(there.tryWait());
+    EXPECT_TRUE(back.tryWait());
+    int plain = 0;
+    std::thread other([&] {
+        there.wait();
+        ++plain;
+        back.signal();
+    });
+    there.signal();
+    back.wait();
+    EXPECT_EQ(plain, 1);
+    other.join();
+    for (int i = 0; i < 3; ++i) back.signal();
+    EXPECT_EQ(back.getValue(), 3);
+    EXPECT_EQ(thrownBy([] { Semaphore tooMuch(0x80000000u); }), E_INVALIDARG);
+}
+
+TEST(ReaderWriterLock, signalGivesBackAHoldOfEitherSide)
+{
+    ReaderWriterLock lock;
+    lock.waitShared();
+    EXPECT_TRUE(lock.tryWaitShared());
+    EXPECT_FALSE(lock.tryWait());
+    lock.signal();
+    lock.signalShared();
+    EXPECT_EQ(thrownBy([&] { lock.signalShared(); }), notOwner);
+    {
+        const Lock writing(lock);
+        EXPECT_FALSE(lock.tryWaitShared());
+    }
+    EXPECT_EQ(thrownBy([&] { lock.signal(); }), notOwner);
+    EXPECT_TRUE(lock.tryWait());
+    lock.signal();
+}
+
+TEST(SyncCondition, carriesWhatIsWaitedFor)
+{
+    Condition condition;
+    int tickets = 0;
+    const auto take = [&] {
+        const Condition::Holder holder(condition);
+        while (tickets == 0) condition.wait();
+        --tickets;
+    };
+    std::thread first(take);
+    std::thread second(take);
+    for (int i = 0; i < 2; ++i) {
+        const Condition::Holder holder(condition);
+        ++tickets;
+        i == 0 ? condition.signal() : condition.broadcast();
+    }
+    first.join();
+    second.join();
+    EXPECT_EQ(tickets, 0);
+}
+
+} // namespace
+} // namespace orv::sync

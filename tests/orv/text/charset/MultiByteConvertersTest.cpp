@@ -1,0 +1,142 @@
+#include "orv/text/charset/ComConverters.h"
+
+#include "orv/Exception.h"
+#include "orv/Object.h"
+#include "orv/text/charset/CharsetExceptions.h"
+
+#include "tests/support/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace orv::text::charset {
+namespace {
+
+/// Hexadecimal pairs behind a length: "1x" is one byte x as a character, "2xy" two. Two bytes stand
+/// for 0x100 times x plus y, "S" for a surrogate, "P" for U+10000, "!" for nothing.
+class FakeCodec : public quark::Implements<Object, IORVCharCodec> {
+public:
+    Result GetName(util::ICharBuffer* out) override
+    {
+        Reference<util::ICharBuffer> held(out); // as a component may do
+        char16_t* units = nullptr;
+        held->GetWriteLock(5, &units);
+        std::copy_n(u"FAKE", 5, units);
+        return held->ReleaseWriteLock(4);
+    }
+    Result GetMaxBytesPerChar(std::int32_t* out) override
+    {
+        *out = 3;
+        return S_OK;
+    }
+    Result GetMaxCharsPerByte(std::int32_t* out) override
+    {
+        *out = 2;
+        return S_OK;
+    }
+    Result BytesToChar(const signed char* bytes, std::int32_t* n, std::uint32_t* codePoint) override
+    {
+        const std::int32_t wanted = bytes[0] == '1' ? 2 : bytes[0] == '2' ? 3 : 1;
+        if (*n < wanted) {
+            *n = 0;
+            return S_OK;
+        }
+        *n = wanted;
+        if (bytes[0] == 'S') *codePoint = 0xDABC;
+        if (bytes[0] == 'P') *codePoint = 0x10000;
+        if (bytes[0] == '?') *codePoint = 0x110000;
+        if (bytes[0] == '1') *codePoint = static_cast<unsigned char>(bytes[1]);
+        if (bytes[0] == '2') {
+            *codePoint =
+                256u * static_cast<unsigned char>(bytes[1]) + static_cast<unsigned char>(bytes[2]);
+        }
+        return bytes[0] == '!' ? E_FAIL : S_OK;
+    }
+    Result CharToBytes(std::uint32_t codePoint, util::IByteBuffer* out) override
+    {
+        if (codePoint == u'f') return E_FAIL;
+        std::string bytes;
+        if (codePoint < 0x100) bytes = {'1', static_cast<char>(codePoint)};
+        if (codePoint == 0x10000) bytes = "P";
+        if (codePoint == u'L') bytes = "toolong";
+        signed char* to = nullptr;
+        out->GetWriteLock(static_cast<std::int32_t>(bytes.size()), &to);
+        std::copy(bytes.begin(), bytes.end(), to);
+        return out->ReleaseWriteLock(static_cast<std::int32_t>(bytes.size()));
+    }
+};
+
+class ComConverters : public testing::Test {
+protected:
+    ~ComConverters() noexcept override = default;
+
+    std::u16string decode(const std::string& bytes, std::int32_t room = 16)
+    {
+        from = to = 0;
+        return finished([&](char16_t* out) {
+            decoder.convert(reinterpret_cast<const signed char*>(bytes.data()), &from,
+                            static_cast<std::int32_t>(bytes.size()), out, &to, room);
+        });
+    }
+    std::string encode(const std::u16string& units, std::int32_t room = 16)
+    {
+        from = to = 0;
+        signed char out[16];
+        encoder.convert(units.data(), &from, static_cast<std::int32_t>(units.size()), out, &to,
+                        room);
+        return {reinterpret_cast<char*>(out), static_cast<std::size_t>(to)};
+    }
+    template <class Body>
+    std::u16string finished(Body body)
+    {
+        char16_t out[16];
+        body(out);
+        return {out, static_cast<std::size_t>(to)};
+    }
+
+    Reference<FakeCodec> codec = makeReference<FakeCodec>();
+    BTCCom decoder{codec.get()};
+    CTBCom encoder{codec.get()};
+    std::int32_t from = 0, to = 0;
+};
+
+TEST_F(ComConverters, decodeCharacterByCharacter)
+{
+    EXPECT_EQ(decode("1a2\x20\xACP"), u"a\u20AC\U00010000");
+    EXPECT_EQ(decode("1a2\x20"), u"a"); // the codec wants more
+    EXPECT_EQ(from, 2);
+    EXPECT_EQ(decode("P", 1), u"");
+    EXPECT_EQ(from, 0);
+    decoder.setSubstitutionChars(u"<>", 2);
+    EXPECT_EQ(decode("!1a?", 5), u"<>a<>"); // may end exactly at the end
+    EXPECT_EQ(decode("!", 1), u"");
+    EXPECT_THROW(decode("1aS"), InvalidCharacterException);
+    EXPECT_EQ(from, 2);
+    decoder.setSubstitutionMode(false);
+    EXPECT_THROW(decode("1a!"), UnmappableCharacterException);
+    EXPECT_EQ(from, 2);
+    char16_t out[4];
+    EXPECT_EQ(decoder.flush(out, &to, 4), 0);
+}
+
+TEST_F(ComConverters, encodeCharacterByCharacter)
+{
+    EXPECT_EQ(encode(u"a\U00010000z"), "1aP1z");
+    EXPECT_EQ(encode(u"ab", 3), "1a");
+    EXPECT_EQ(from, 1);
+    EXPECT_EQ(encode(u"a\u20ACfL"), "1a???"); // none, a failure and an overlong answer alike
+    EXPECT_THROW(encode(u"\U00010001"), InvalidCharacterException); // a pair without bytes
+    encoder.reset();
+    EXPECT_THROW(encode(u"a\xDC00"), InvalidCharacterException);
+    EXPECT_THROW(encode(u"a\xD800z"), InvalidCharacterException);
+    EXPECT_EQ(from, 2);
+    EXPECT_THROW(encoder.flush(nullptr, &to, 0), InvalidCharacterException);
+    encoder.reset();
+    EXPECT_EQ(encoder.flush(nullptr, &to, 0), 0);
+    encoder.setSubstitutionMode(false);
+    EXPECT_THROW(encode(u"\u20AC"), UnmappableCharacterException);
+}
+
+} // namespace
+} // namespace orv::text::charset

@@ -1,0 +1,144 @@
+#include "orv/util/ByteBuffers.h"
+#include "orv/util/CharBuffers.h"
+
+#include "orv/Exceptions.h"
+#include "orv/Reference.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+
+namespace orv::util {
+namespace {
+
+struct Chars {
+    using Interface = IORVCharBuffer;
+    using ReadOnly = ROCharBuffer;
+    using ReadWrite = RWCharBuffer;
+};
+struct Bytes {
+    using Interface = IORVByteBuffer;
+    using ReadOnly = ROByteBuffer;
+    using ReadWrite = RWByteBuffer;
+};
+
+/// Both families are one design over two kinds of element.
+template <class Family>
+class Buffers : public testing::Test {
+protected:
+    using Interface = typename Family::Interface;
+    using Unit = typename Interface::Unit;
+    using RO = typename Family::ReadOnly;
+    using RW = typename Family::ReadWrite;
+
+    static constexpr std::array<Unit, 5> HELLO{'h', 'e', 'l', 'l', 'o'};
+
+    static bool holdsHello(const Unit* data)
+    {
+        return std::equal(HELLO.begin(), HELLO.end(), data);
+    }
+};
+
+using Families = testing::Types<Chars, Bytes>;
+TYPED_TEST_SUITE(Buffers, Families);
+
+TYPED_TEST(Buffers, roomComesInGranulesOfSixteen)
+{
+    typename TestFixture::RW buffer(0);
+    EXPECT_EQ(buffer.getData(), nullptr);
+    EXPECT_TRUE(buffer.isEmpty());
+    EXPECT_NE(buffer.getWriteLock(1), nullptr);
+    EXPECT_EQ(buffer.plainCapacity(), 16);
+    EXPECT_EQ(buffer.ensureCapacity(16), buffer.getData());
+    EXPECT_EQ(buffer.plainCapacity(), 16);
+    buffer.ensureCapacity(17);
+    EXPECT_EQ(buffer.plainCapacity(), 32);
+    EXPECT_EQ(buffer.getLength(), 0);
+
+    buffer.releaseWriteLock(17);
+    buffer.freeExtra();
+    EXPECT_EQ(buffer.plainCapacity(), 32) << "17 need them all";
+    buffer.releaseWriteLock(16);
+    buffer.releaseWriteLock(-1);
+    EXPECT_EQ(buffer.getLength(), 16);
+    buffer.freeExtra();
+    EXPECT_EQ(buffer.plainCapacity(), 16);
+    buffer.releaseWriteLock(0);
+    buffer.freeExtra();
+    EXPECT_EQ(buffer.plainCapacity(), 0);
+    EXPECT_EQ(buffer.getData(), nullptr);
+}
+
+TYPED_TEST(Buffers, copyContentAndRoom)
+{
+    using Writable = typename TestFixture::RW;
+    const Writable original(TestFixture::HELLO.data(), 5, 40);
+    EXPECT_EQ(original.plainCapacity(), 48);
+    const Writable copy(original);
+    EXPECT_EQ(copy.plainCapacity(), 48);
+    EXPECT_EQ(copy.getLength(), 5);
+    EXPECT_TRUE(TestFixture::holdsHello(copy.getData()));
+    EXPECT_NE(copy.getData(), original.getData());
+
+    Writable assigned(100);
+    assigned = original;
+    EXPECT_EQ(assigned.getLength(), 5);
+    EXPECT_EQ(assigned.plainCapacity(), 112) << "never shrinks";
+    EXPECT_TRUE(TestFixture::holdsHello(assigned.getData()));
+}
+
+TYPED_TEST(Buffers, readOnlyOnesRefuseWriting)
+{
+    typename TestFixture::RO buffer(TestFixture::HELLO.data(), 5, 99);
+    EXPECT_EQ(buffer.getLength(), 5);
+    EXPECT_EQ(buffer.getReadLock(), TestFixture::HELLO.data());
+    EXPECT_FALSE(buffer.isWritable());
+    EXPECT_THROW(buffer.getWriteLock(0), ReadOnlyException);
+    EXPECT_THROW(buffer.ensureCapacity(0), ReadOnlyException);
+    EXPECT_THROW(buffer.releaseWriteLock(0), ReadOnlyException);
+    buffer.freeExtra();
+
+    typename TestFixture::Interface& face = buffer;
+    const auto* const data = TestFixture::HELLO.data();
+    auto* out = const_cast<typename TestFixture::Unit*>(data);
+    EXPECT_EQ(face.GetWriteLock(1, &out), E_NOTIMPL);
+    EXPECT_EQ(out, nullptr);
+    out = const_cast<typename TestFixture::Unit*>(data);
+    EXPECT_EQ(face.EnsureCapacity(1, &out), E_NOTIMPL);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(face.ReleaseWriteLock(0), E_NOTIMPL);
+}
+
+TYPED_TEST(Buffers, theInterfaceGivesResults)
+{
+    const auto buffer = makeReference<typename TestFixture::RW>();
+    void* found = nullptr;
+    ASSERT_EQ(buffer->QueryInterface(TestFixture::Interface::IID, &found), S_OK);
+    const auto face = Reference<typename TestFixture::Interface>::adopt(
+        static_cast<typename TestFixture::Interface*>(static_cast<IORVUnknown*>(found)));
+    typename TestFixture::Unit* units = nullptr;
+    ASSERT_EQ(face->GetWriteLock(5, &units), S_OK);
+    std::copy(TestFixture::HELLO.begin(), TestFixture::HELLO.end(), units);
+    EXPECT_EQ(face->ReleaseWriteLock(5), S_OK);
+    EXPECT_EQ(face->IsWritable(), 1);
+    EXPECT_EQ(face->GetLength(), 5);
+    EXPECT_TRUE(TestFixture::holdsHello(face->GetData()));
+    EXPECT_EQ(face->FreeExtra(), S_OK);
+
+    EXPECT_EQ(face->EnsureCapacity(0x7FFFFFFF, &units), E_OUTOFMEMORY) << "rounding overflows";
+    EXPECT_EQ(units, nullptr);
+}
+
+TEST(CompactCharBuffer, movesOutOfItsBlockWithAllItHolds)
+{
+    const Reference<RWCharBuffer> buffer(RWCharBuffer::createCompact(16));
+    EXPECT_TRUE(buffer->isCompact());
+    std::fill_n(buffer->getWriteLock(16), 16, u'x');
+    const char16_t* const grown = buffer->ensureCapacity(17);
+    EXPECT_FALSE(buffer->isCompact());
+    EXPECT_EQ(std::count(grown, grown + 16, u'x'), 16) << "written, though not released yet";
+}
+
+} // namespace
+} // namespace orv::util

@@ -1,0 +1,125 @@
+#include "orv/util/CommandLineParser.h"
+
+#include "orv/Exception.h"
+#include "tests/support/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace orv::util {
+namespace {
+
+/// The elements of a parsed line: "name=value,value" for options, "value" for parameters, joined
+/// by blanks, with | around each value.
+String elementsOf(const CommandLineParser& line)
+{
+    String text;
+    for (std::int32_t i = 0; i < line.getElementCount(); ++i) {
+        const auto element = line.getElement(i);
+        EXPECT_EQ(element->getPosition(), i);
+        if (i > 0) text.append(u' ');
+        if (element->getName().getLength() > 0) text.append(element->getName()).append(u'=');
+        for (std::int32_t k = 0; k < element->getValueCount(); ++k) {
+            text.append(u'|').append(element->getValueString(k)).append(u'|');
+        }
+    }
+    return text;
+}
+
+TEST(CommandLineParser, splitsByItsGrammar)
+{
+    struct Row {
+        const char16_t* line;
+        const char16_t* elements;
+    };
+    const Row rows[] = {
+        {u"", u""},
+        {u"a -b c", u"|a| b= |c|"},
+        {u"-x=1,2,3", u"x=|1||2||3|"},
+        {u"-x=\"a,b\",c", u"x=|a,b||c|"},
+        {u"-x=,,a,,", u"x=|a|"},
+        {u"-x=\"a b\"", u"x=|a| |b\"|"},
+        {u"\"-x=a b\"", u"x=|a b|"},
+        {u"a  \"b c\"", u"|a| |\"b| |c\"|"},
+        {u"\"\" a \"b\"", u"| a | |b\"|"},
+        {u"--x /-y -z-", u"x= y= z-="},
+        {u"-d x", u"d=|x|"},
+        {u"-d", u"d=|one||two|"},
+        {u"-d -e", u"d=|one||two| e="},
+        {u"-d  -e", u"d="},
+        {u"-t x -b y", u"t=|x| |y|"},
+        {u"-t x", u"t=|x|"},
+    };
+    CommandLineParser line;
+    line.defineOption(u"d", 1, u"one, two");
+    line.defineOption(u"t", 2, nullptr);
+    for (const Row& row : rows) {
+        line.parse(row.line);
+        EXPECT_EQ(elementsOf(line), row.elements) << String(row.line).getBytes(u"UTF-8");
+    }
+}
+
+TEST(CommandLineParser, theLastOptionOfANameAnswers)
+{
+    CommandLineParser line;
+    line.parse(u"/x=1 p -x=2 -X=3");
+    EXPECT_EQ(line.getElementCount(), 4);
+    EXPECT_EQ(line.getValueLong(u"x", 0), 2);
+    line.setIgnoreCase(true);
+    EXPECT_EQ(line.getValueLong(u"x", 0), 3);
+    EXPECT_EQ(line.getParameterCount(), 1);
+    EXPECT_EQ(line.getParameter(0)->getPosition(), 1);
+}
+
+TEST(CommandLineParser, defaultsAnswerForAnAbsentOption)
+{
+    CommandLineParser line;
+    line.defineOption(u"level", 1, u"3");
+    line.defineOption(u"empty", 1, u"");
+    line.defineOption(u"none", 1, nullptr);
+    line.parse(u"word");
+    EXPECT_FALSE(line.isPresent(u"level"));
+    EXPECT_EQ(line.getValueLong(u"level", 0), 3);
+    EXPECT_EQ(line.getOption(u"level")->getPosition(), -1);
+    EXPECT_EQ(line.getOption(u"empty")->getValueCount(), 0);
+    EXPECT_EQ(line.getOption(u"none"), nullptr);
+    EXPECT_EQ(line.getOption(u"unknown"), nullptr);
+
+    line.parse(u"-LEVEL=4");
+    EXPECT_EQ(line.getValueLong(u"level", 0), 3);
+    line.setIgnoreCase(true);
+    EXPECT_EQ(line.getValueLong(u"level", 0), 4);
+}
+
+TEST(CommandLineParser, readsNumbersByTheirPrefix)
+{
+    CommandLineParser line;
+    line.parse(u"-n=0x10,010,12x,-7,word -d=2.5e1z,.,");
+    for (const auto& [index, number] : {std::pair{0, 16}, {1, 8}, {2, 12}, {3, -7}}) {
+        EXPECT_EQ(line.getValueLong(u"n", index), number);
+    }
+    EXPECT_EQ(line.getValueDouble(u"d", 0), 25.0);
+
+    struct Row {
+        void (*ask)(const CommandLineParser&);
+        const char16_t* text;
+    };
+    const Row rows[] = {
+        {[](const CommandLineParser& l) { l.getValueLong(u"n", 4); },
+         u"Unable to convert string to long"},
+        {[](const CommandLineParser& l) { l.getValueDouble(u"d", 1); },
+         u"Unable to convert string to double"},
+        {[](const CommandLineParser& l) { l.getValueString(u"n", 5); }, u"Invalid vector index"},
+        {[](const CommandLineParser& l) { l.getValueLong(u"no", 0); }, u"Invalid vector index"},
+    };
+    for (const Row& row : rows) {
+        try {
+            row.ask(line);
+            ADD_FAILURE() << "no failure: " << String(row.text).getBytes(u"UTF-8");
+        } catch (const Exception& exception) {
+            EXPECT_EQ(exception.getDescription(), row.text);
+        }
+    }
+}
+
+} // namespace
+} // namespace orv::util

@@ -1,0 +1,318 @@
+#include "platform/files.h"
+
+#include "tests/platform/ScopedVariable.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <thread>
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::uint32_t forReading = 0x80000000;
+constexpr std::uint32_t forWriting = 0x40000000;
+constexpr std::uint32_t create = 0x100;
+constexpr std::uint32_t truncate = 0x200;
+constexpr std::uint32_t append = 0x8;
+
+constexpr ORVResult failure(std::uint32_t number)
+{
+    return ORVMakeResult(0x80070000u + number);
+}
+
+ORVResult write(ORVHandle file, const std::string& bytes)
+{
+    std::int32_t written = 0;
+    return orvcore::writeFile(file, bytes.data(), static_cast<std::int32_t>(bytes.size()),
+                              &written);
+}
+
+std::string read(ORVHandle file)
+{
+    std::string text;
+    char buffer[7];
+    std::int32_t got = 0;
+    while (orvcore::readFile(file, buffer, sizeof buffer, &got) == S_OK && got > 0) {
+        text.append(buffer, static_cast<std::size_t>(got));
+    }
+    return text;
+}
+
+class Files : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "orvcoreXXXXXX").string();
+        ASSERT_NE(mkdtemp(name.data()), nullptr);
+        m_folder = name;
+    }
+    void TearDown() override { std::filesystem::remove_all(m_folder); }
+
+    // The path of a file in the test's folder, with backslashes.
+    std::u16string path(const std::u16string& name) const
+    {
+        std::u16string whole = m_folder.u16string() + u"/" + name;
+        for (char16_t& unit : whole) {
+            if (unit == u'/') unit = u'\\';
+        }
+        return whole;
+    }
+
+    static ORVHandle open(const std::u16string& path, std::uint32_t flags)
+    {
+        ORVHandle file = 0;
+        EXPECT_EQ(ORVFileOpen(path.c_str(), flags, 0700, &file), S_OK);
+        EXPECT_NE(file, 0u);
+        EXPECT_NE(file, ORV_NO_HANDLE);
+        return file;
+    }
+
+    std::string content(const std::u16string& name) const
+    {
+        const ORVHandle file = open(path(name), forReading);
+        std::string text = read(file);
+        EXPECT_EQ(ORVFileClose(file), S_OK);
+        return text;
+    }
+
+    void put(const std::u16string& name, std::uint32_t flags, const std::string& bytes) const
+    {
+        const ORVHandle file = open(path(name), flags);
+        EXPECT_EQ(write(file, bytes), S_OK);
+        EXPECT_EQ(ORVFileClose(file), S_OK);
+    }
+
+    std::filesystem::path m_folder;
+};
+
+TEST_F(Files, flagsCreateTruncateAndAppend)
+{
+    put(u"file", forWriting | create, "0123456789");
+    put(u"file", forWriting | create, "abc");
+    EXPECT_EQ(content(u"file"), "abc3456789");
+    put(u"file", forWriting | append, "+");
+    EXPECT_EQ(content(u"file"), "abc3456789+");
+    put(u"file", forWriting | truncate, "new");
+    EXPECT_EQ(content(u"file"), "new");
+
+    const ORVHandle both = open(path(u"file"), forReading | forWriting);
+    EXPECT_EQ(read(both), "new");
+    EXPECT_EQ(write(both, "er"), S_OK);
+    EXPECT_EQ(ORVFileClose(both), S_OK);
+    EXPECT_EQ(content(u"file"), "newer");
+}
+
+TEST_F(Files, pathsThatCannotBeOpenedFailWithTheirReason)
+{
+    put(u"file", forWriting | create, "");
+    const std::u16string folder = path(u"");
+    struct Row {
+        std::u16string path;
+        std::uint32_t flags;
+        ORVResult result;
+    };
+    for (const Row& row :
+         {Row{path(u"missing"), forReading, failure(2)},
+          Row{path(u"missing\\file"), forWriting | create, failure(2)},
+          Row{path(u"file\\below"), forReading, failure(3)}, Row{folder, forReading, failure(5)},
+          Row{folder, forWriting | create, failure(5)}, Row{u"", forReading, failure(2)},
+          Row{u"D:\\file", forReading, failure(3)}, Row{u"d:file", forReading, failure(3)},
+          Row{u"\\\\server\\share\\file", forReading, failure(3)},
+          Row{u"//server/share", forReading, failure(3)},
+          Row{path(std::u16string(300, u'n')), forReading, failure(206)},
+          Row{path(std::u16string(5000, u'n')), forWriting | create, failure(206)},
+          Row{path(std::u16string(1500, u'\u4E00')), forReading, failure(206)},
+          Row{path(u"half\xD83D"), forWriting | create, failure(123)},
+          Row{path(u"file"), 0, E_INVALIDARG}, Row{path(u"file"), create, E_INVALIDARG},
+          Row{path(u"file"), forReading | truncate, E_INVALIDARG}}) {
+        ORVHandle file = 0;
+        EXPECT_EQ(ORVFileOpen(row.path.c_str(), row.flags, 0700, &file), row.result)
+            << testing::PrintToString(row.path);
+        EXPECT_EQ(file, ORV_NO_HANDLE);
+    }
+    ORVHandle file = 0;
+    EXPECT_EQ(ORVFileOpen(nullptr, forReading, 0, &file), E_POINTER);
+    EXPECT_EQ(ORVFileOpen(u"x", forReading, 0, nullptr), E_POINTER);
+}
+
+TEST_F(Files, drivesAndSlashesLeadToOneFile)
+{
+    put(u"a\u00E9\U0001F600", forWriting | create, "found");
+    EXPECT_TRUE(std::filesystem::exists(m_folder / u"a\u00E9\U0001F600"));
+    const std::u16string plain = m_folder.u16string() + u"/a\u00E9\U0001F600";
+    for (const std::u16string& form : {plain, u"C:" + plain, u"c:" + path(u"a\u00E9\U0001F600")}) {
+        const ORVHandle file = open(form, forReading);
+        EXPECT_EQ(read(file), "found");
+        EXPECT_EQ(ORVFileClose(file), S_OK);
+    }
+}
+
+TEST_F(Files, sizePositionTruncationAndWhatIsLeft)
+{
+    put(u"file", forWriting | create, "0123456789");
+    const ORVHandle file = open(path(u"file"), forReading | forWriting);
+    std::int64_t number = -1;
+    EXPECT_EQ(ORVFileGetSize(file, &number), S_OK);
+    EXPECT_EQ(number, 10);
+    EXPECT_EQ(orvcore::availableInFile(file), 10);
+    EXPECT_EQ(orvcore::truncateFile(file, 4), S_OK);
+    EXPECT_EQ(orvcore::availableInFile(file), 4);
+    EXPECT_EQ(orvcore::seekFileToEnd(file, &number), S_OK);
+    EXPECT_EQ(number, 4);
+    EXPECT_EQ(orvcore::availableInFile(file), 0);
+    EXPECT_EQ(orvcore::truncateFile(file, std::int64_t{3} << 30), S_OK);
+    EXPECT_EQ(orvcore::availableInFile(file), INT32_MAX);
+    EXPECT_EQ(orvcore::flushFile(file), S_OK);
+    EXPECT_EQ(ORVFileClose(file), S_OK);
+    EXPECT_EQ(ORVFileGetSize(file, &number), failure(6));
+    EXPECT_EQ(orvcore::seekFileToEnd(file, &number), failure(6));
+    EXPECT_EQ(orvcore::flushFile(file), failure(6));
+}
+
+TEST_F(Files, aFullDeviceIsReported)
+{
+    const ORVHandle file = open(u"/dev/full", forWriting);
+    std::int32_t written = -1;
+    EXPECT_EQ(orvcore::writeFile(file, "abc", 3, &written), failure(112));
+    EXPECT_EQ(written, 0);
+    EXPECT_EQ(ORVFileClose(file), S_OK);
+}
+
+struct Pipe {
+    Pipe()
+    {
+        int ends[2];
+        EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
+        input = orvcore::fileHandleFromDescriptor(ends[0]);
+        output = orvcore::fileHandleFromDescriptor(ends[1]);
+    }
+    ORVHandle input, output;
+};
+
+TEST(Pipes, aWriterWithoutReaderGetsAResultAndNoSignal)
+{
+    const Pipe pipe;
+    EXPECT_EQ(ORVFileClose(pipe.input), S_OK);
+    EXPECT_EQ(write(pipe.output, "lost"), failure(109));
+
+    sigset_t set, before;
+    sigemptyset(&set);
+    sigaddset(&set, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &set, &before);
+    EXPECT_EQ(sigismember(&before, SIGPIPE), 0) << "the mask is put back";
+    EXPECT_EQ(write(pipe.output, "lost"), failure(109));
+    sigset_t pending;
+    sigpending(&pending);
+    EXPECT_EQ(sigismember(&pending, SIGPIPE), 0);
+
+    pthread_kill(pthread_self(), SIGPIPE);
+    EXPECT_EQ(write(pipe.output, "lost"), failure(109));
+    sigpending(&pending);
+    EXPECT_EQ(sigismember(&pending, SIGPIPE), 1) << "somebody else's signal stays";
+    int signal = 0;
+    sigwait(&set, &signal);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    EXPECT_EQ(ORVFileClose(pipe.output), S_OK);
+}
+
+std::atomic<int> s_interruptions{0};
+
+void countInterruption(int)
+{
+    s_interruptions.fetch_add(1);
+}
+
+// Interrupts the thread that made it, without a pause, until it dies.
+class SignalStorm {
+public:
+    SignalStorm()
+    {
+        struct sigaction action {};
+        action.sa_handler = countInterruption;
+        sigaction(SIGUSR1, &action, &m_before);
+        m_thread = std::thread([this, target = pthread_self()] {
+            while (!m_over.load()) {
+                pthread_kill(target, SIGUSR1);
+                std::this_thread::yield();
+            }
+        });
+    }
+    ~SignalStorm()
+    {
+        m_over.store(true);
+        m_thread.join();
+        sigaction(SIGUSR1, &m_before, nullptr);
+    }
+    SignalStorm(const SignalStorm&) = delete;
+    SignalStorm& operator=(const SignalStorm&) = delete;
+
+private:
+    struct sigaction m_before {};
+    std::atomic<bool> m_over{false};
+    std::thread m_thread;
+};
+
+void awaitInterruptions(int count)
+{
+    const int target = s_interruptions.load() + count;
+    while (s_interruptions.load() < target) std::this_thread::yield();
+}
+
+TEST(Pipes, loseNothingInAStormOfSignals)
+{
+    for (const int mode : {0, O_NONBLOCK}) {
+        const Pipe pipe;
+        for (const ORVHandle end : {pipe.input, pipe.output}) {
+            const int descriptor = orvcore::descriptorFromFileHandle(end);
+            EXPECT_EQ(fcntl(descriptor, F_SETFL, mode), 0);
+        }
+        std::string sent(400000, '\0');
+        for (std::size_t i = 0; i < sent.size(); ++i) sent[i] = static_cast<char>(i * 7 >> 3);
+
+        std::string received;
+        std::thread reader([&] {
+            awaitInterruptions(20); // the writer is waiting at the full pipe by then
+            received = read(pipe.input);
+        });
+        std::int32_t written = 0;
+        {
+            const SignalStorm storm;
+            EXPECT_EQ(orvcore::writeFile(pipe.output, sent.data(),
+                                         static_cast<std::int32_t>(sent.size()), &written),
+                      S_OK);
+        }
+        EXPECT_EQ(ORVFileClose(pipe.output), S_OK);
+        reader.join();
+        EXPECT_EQ(written, static_cast<std::int32_t>(sent.size()));
+        EXPECT_TRUE(received == sent) << mode;
+        EXPECT_EQ(ORVFileClose(pipe.input), S_OK);
+    }
+}
+
+TEST(Errors, areTheNumbersThatHostsCompareWith)
+{
+    struct Row {
+        std::int32_t error;
+        std::uint32_t number;
+    };
+    for (const Row& row :
+         {Row{ENOENT, 2}, Row{ENOTDIR, 3}, Row{EMFILE, 4}, Row{ENFILE, 4}, Row{EACCES, 5},
+          Row{EPERM, 5}, Row{EISDIR, 5}, Row{EBADF, 6}, Row{ENOMEM, 14}, Row{EROFS, 19},
+          Row{EINVAL, 87}, Row{EPIPE, 109}, Row{ENOSPC, 112}, Row{EBUSY, 170}, Row{EEXIST, 183},
+          Row{EIO, 31}, Row{ENAMETOOLONG, 206}, Row{-1, 31}, Row{ETIMEDOUT, 1460}}) {
+        EXPECT_EQ(ORVResultFromNative(row.error), failure(row.number)) << row.error;
+    }
+    EXPECT_EQ(ORVResultFromNative(0), S_OK);
+}
+
+} // namespace

@@ -1,0 +1,246 @@
+#include "platform/files.h"
+#include "platform/orvcore.h"
+
+#include "tests/support/Processes.h"
+#include "tests/support/SharedNames.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <string>
+#include <thread>
+
+#include <csignal>
+
+namespace {
+
+using orv::test::awaitTrue;
+using orv::test::filesOf;
+using orv::test::ForkedChild;
+using orv::test::SharedPage;
+using orv::test::uniqueName;
+using std::chrono::steady_clock;
+
+constexpr ORVResult busy = ORVMakeResult(0x800700AAu);
+constexpr ORVResult throughDeath = 1;
+
+class NamedSemaphore {
+public:
+    NamedSemaphore(const std::string& name, std::uint32_t count)
+        : m_opened(ORVNamedSemOpen(name.c_str(), count, &m_handle))
+    {
+    }
+    ~NamedSemaphore() { close(); }
+    NamedSemaphore(const NamedSemaphore&) = delete;
+    NamedSemaphore& operator=(const NamedSemaphore&) = delete;
+
+    ORVResult opened() const { return m_opened; }
+    ORVHandle handle() const { return m_handle; }
+    ORVResult wait() const { return ORVSemaphoreWait(m_handle); }
+    ORVResult tryWait() const { return ORVSemaphoreTryWait(m_handle); }
+    ORVResult post() const { return ORVSemaphorePost(m_handle); }
+    std::int32_t value() const
+    {
+        std::int32_t value = -1;
+        EXPECT_EQ(ORVSemaphoreGetValue(m_handle, &value), S_OK);
+        return value;
+    }
+    void close()
+    {
+        if (m_handle != ORV_NO_HANDLE) {
+            EXPECT_EQ(ORVNamedSemClose(m_handle), S_OK);
+        }
+        m_handle = ORV_NO_HANDLE;
+    }
+
+private:
+    ORVHandle m_handle = ORV_NO_HANDLE;
+    ORVResult m_opened;
+};
+
+/// What a child tells its parent.
+struct Progress {
+    std::atomic<int> step{0};
+    int plain = 0; ///< guarded by the semaphore under test
+};
+
+/// A child that takes `holds` of the semaphore and goes on holding them.
+class Holder {
+public:
+    Holder(const std::string& name, std::uint32_t count, int holds)
+        : m_child([&, this] {
+              const NamedSemaphore semaphore(name, count);
+              for (int i = 0; i < holds; ++i) semaphore.wait();
+              m_progress->step = 1;
+              for (;;) ::pause();
+              return 0;
+          })
+    {
+        EXPECT_TRUE(awaitTrue([&] { return m_progress->step == 1; }));
+    }
+    ForkedChild& process() { return m_child; }
+
+private:
+    SharedPage<Progress> m_progress;
+    ForkedChild m_child;
+};
+
+TEST(NamedSemaphore, takesAnyTextAsItsNameAndLeavesNothing)
+{
+    const std::string endings[] = {"/a/../b",
+                                   "\\back\\slash",
+                                   "\xFF\xFE\x01",
+                                   " ",
+                                   "%s\n",
+                                   std::string(5000, 'n'),
+                                   std::string(4999, 'n') + "m"};
+    for (const std::string& ending : endings) {
+        const std::string name = uniqueName(ending);
+        {
+            const NamedSemaphore semaphore(name, 1);
+            const NamedSemaphore again(name, 1);
+            ASSERT_EQ(semaphore.opened(), S_OK) << ending;
+            EXPECT_EQ(semaphore.wait(), S_OK) << ending;
+            EXPECT_EQ(again.tryWait(), busy) << ending;
+            EXPECT_EQ(filesOf(name), 1) << ending;
+        }
+        EXPECT_EQ(filesOf(name), 0) << ending;
+    }
+}
+
+TEST(NamedSemaphore, processesExcludeEachOther)
+{
+    const std::string name = uniqueName();
+    const SharedPage<Progress> shared;
+    constexpr int each = 3'000;
+    const auto work = [&] {
+        const NamedSemaphore semaphore(name, 1);
+        for (int i = 0; i < each; ++i) {
+            if (semaphore.wait() != S_OK) return 1;
+            ++shared->plain;
+            if (semaphore.post() != S_OK) return 2;
+        }
+        return 0;
+    };
+    ForkedChild first(work);
+    ForkedChild second(work);
+    ForkedChild third(work);
+    EXPECT_EQ(first.exitCode(), 0);
+    EXPECT_EQ(second.exitCode(), 0);
+    EXPECT_EQ(third.exitCode(), 0);
+    EXPECT_EQ(shared->plain, 3 * each);
+    EXPECT_EQ(filesOf(name), 0);
+}
+
+TEST(NamedSemaphore, whatAKilledProcessHeldComesBackWithinASecond)
+{
+    const std::string name = uniqueName();
+    const NamedSemaphore semaphore(name, 1);
+    for (int round = 0; round < 5; ++round) {
+        Holder holder(name, 1, 1);
+        EXPECT_EQ(semaphore.tryWait(), busy);
+        std::thread killer([&] {
+            ForkedChild& child = holder.process();
+            round % 2 == 0 ? child.kill() : child.killOnly(); // a zombie is dead too
+        });
+        const auto start = steady_clock::now();
+        EXPECT_EQ(semaphore.wait(), throughDeath) << round;
+        EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(1)) << round;
+        killer.join();
+        EXPECT_EQ(semaphore.post(), S_OK);
+        EXPECT_EQ(semaphore.wait(), S_OK) << "only the first one enters through the death";
+        EXPECT_EQ(semaphore.post(), S_OK);
+    }
+    EXPECT_EQ(semaphore.value(), 1);
+}
+
+TEST(NamedSemaphore, aDeathGivesBackNoMoreThanTheInitialCount)
+{
+    struct Row {
+        std::uint32_t initial;
+        int posts;
+        int takes;
+        std::int32_t left;
+    };
+    for (const Row& row : {Row{3, 0, 2, 3}, {0, 3, 2, 1}, {2, 2, 1, 3}, {2, 1, 3, 2}}) {
+        const std::string name = uniqueName();
+        const NamedSemaphore semaphore(name, row.initial);
+        for (int i = 0; i < row.posts; ++i) semaphore.post();
+        Holder(name, row.initial, row.takes).process().kill();
+        EXPECT_EQ(semaphore.value(), row.left) << row.initial << ' ' << row.takes;
+    }
+}
+
+TEST(NamedSemaphore, aStoppedHolderIsAlive)
+{
+    const std::string name = uniqueName();
+    const NamedSemaphore semaphore(name, 1);
+    Holder holder(name, 1, 1);
+    holder.process().signal(SIGSTOP);
+    EXPECT_EQ(semaphore.tryWait(), busy);
+    EXPECT_EQ(semaphore.value(), 0);
+    holder.process().kill();
+    EXPECT_EQ(semaphore.tryWait(), throughDeath);
+}
+
+// Processes are killed wherever they happen to be: between taking and counting, while opening,
+// while cleaning up after another.
+TEST(NamedSemaphore, survivesKillsAtAnyMoment)
+{
+    const std::string name = uniqueName();
+    const SharedPage<Progress> shared;
+    const NamedSemaphore semaphore(name, 2);
+    const auto work = [&] {
+        for (;;) {
+            const NamedSemaphore own(name, 2);
+            for (int i = 0; i < 50; ++i) {
+                own.wait();
+                ++shared->step;
+                own.post();
+            }
+        }
+        return 0;
+    };
+    ForkedChild survivor(work);
+    std::chrono::nanoseconds longest{0};
+    for (int round = 0; round < 60; ++round) {
+        ForkedChild victim(work);
+        const int target = shared->step + 1 + 37 * round % 200;
+        EXPECT_TRUE(awaitTrue([&] { return shared->step >= target; }));
+        victim.kill();
+        const auto start = steady_clock::now();
+        EXPECT_GE(semaphore.wait(), 0);
+        longest = std::max(longest, steady_clock::now() - start);
+        semaphore.post();
+    }
+    survivor.kill();
+    EXPECT_LT(longest, std::chrono::seconds(1));
+    EXPECT_EQ(semaphore.value(), 2);
+}
+
+TEST(NamedSemaphore, keepsTheNoteOfADeadHolder)
+{
+    const std::string name = uniqueName();
+    const NamedSemaphore semaphore(name, 1);
+    EXPECT_EQ(orvcore::recallFileSize(semaphore.handle()), -1);
+    {
+        const SharedPage<Progress> shared;
+        ForkedChild child([&] {
+            const NamedSemaphore own(name, 1);
+            own.wait();
+            orvcore::noteFileSize(own.handle(), 12'345'678'901);
+            shared->step = 1;
+            for (;;) ::pause();
+            return 0;
+        });
+        EXPECT_TRUE(awaitTrue([&] { return shared->step == 1; }));
+    }
+    EXPECT_EQ(semaphore.wait(), throughDeath);
+    EXPECT_EQ(orvcore::recallFileSize(semaphore.handle()), 12'345'678'901);
+    orvcore::noteFileSize(semaphore.handle(), -1);
+    EXPECT_EQ(orvcore::recallFileSize(semaphore.handle()), -1);
+    EXPECT_EQ(semaphore.post(), S_OK);
+}
+
+} // namespace

@@ -1,0 +1,141 @@
+#include "platform/orvcore.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace {
+
+// Two pages of which the second may not be touched.
+class GuardedPage {
+public:
+    GuardedPage() : m_size(static_cast<std::size_t>(sysconf(_SC_PAGESIZE)))
+    {
+        void* pages =
+            mmap(nullptr, 2 * m_size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        m_start = static_cast<char16_t*>(pages);
+        mprotect(end(), m_size, PROT_NONE);
+    }
+    ~GuardedPage() { munmap(m_start, 2 * m_size); }
+    GuardedPage(const GuardedPage&) = delete;
+    GuardedPage& operator=(const GuardedPage&) = delete;
+
+    char16_t* end() const { return m_start + m_size / sizeof(char16_t); }
+
+private:
+    std::size_t m_size;
+    char16_t* m_start;
+};
+
+TEST(Text, lengthNeverReadsPastThePage)
+{
+    const GuardedPage page;
+    for (int length = 0; length < 40; ++length) {
+        for (int behind = 0; behind < 10; ++behind) {
+            char16_t* text = page.end() - behind - 1 - length;
+            std::fill(text - 9, text, u'\0');
+            std::fill_n(text, length, u'\x0100'); // one byte of each unit is 0
+            std::fill(text + length, page.end(), u'\0');
+            ASSERT_EQ(ORVStrLenW(text), length) << behind;
+            ASSERT_EQ(ORVStrLenW_32(text), length) << behind;
+        }
+    }
+    EXPECT_EQ(ORVStrLenA("four"), 4);
+    EXPECT_EQ(ORVStrLenA_32(""), 0);
+}
+
+TEST(Text, tokensSkipLeadingDelimitersAndEndOnTheTerminator)
+{
+    struct Row {
+        std::u16string text;
+        const char16_t* delimiters;
+        std::vector<std::u16string> tokens;
+    };
+    const std::array<Row, 6> rows{Row{u"one two", u" ", {u"one", u"two"}},
+                                  Row{u"  one   two  ", u" ", {u"one", u"two"}},
+                                  Row{u",a;b,;c", u",;", {u"a", u"b", u"c"}},
+                                  Row{u"   ", u" ", {}},
+                                  Row{u"", u" ", {}},
+                                  Row{u"whole text", u"", {u"whole text"}}};
+    for (const Row& row : rows) {
+        std::u16string text = row.text;
+        char16_t* position = text.data();
+        std::vector<std::u16string> tokens;
+        while (const char16_t* token = ORVStrTokW(&position, row.delimiters)) {
+            tokens.emplace_back(token);
+        }
+        EXPECT_EQ(tokens, row.tokens);
+        EXPECT_EQ(position, text.data() + text.size());
+        EXPECT_EQ(ORVStrTokW(&position, row.delimiters), nullptr);
+    }
+}
+
+TEST(CaseMapping, mapsOneToOneInEveryScript)
+{
+    struct Row {
+        char16_t unit, lower, upper;
+    };
+    for (const Row& row :
+         {Row{u'A', u'a', u'A'},    {u'Z', u'z', u'Z'},       {u'z', u'z', u'Z'},
+          {u'@', u'@', u'@'},       {u'[', u'[', u'['},       {u'`', u'`', u'`'},
+          {u'{', u'{', u'{'},       {0x00B5, 0x00B5, 0x039C}, {0x00C9, 0x00E9, 0x00C9},
+          {0x00D7, 0x00D7, 0x00D7},                           // multiplication sign
+          {0x00DF, 0x00DF, 0x00DF},                           // sharp s has no single capital here
+          {0x00FF, 0x00FF, 0x0178}, {0x0130, 0x0069, 0x0130}, // I with a dot
+          {0x0131, 0x0131, 0x0049},                           // i without one
+          {0x017F, 0x017F, 0x0053},                           // long s
+          {0x01C5, 0x01C6, 0x01C4},                           // title-case letter
+          {0x03A3, 0x03C3, 0x03A3}, {0x03C2, 0x03C2, 0x03A3}, // final sigma
+          {0x0416, 0x0436, 0x0416}, {0x0561, 0x0561, 0x0531}, {0x10A0, 0x2D00, 0x10A0},
+          {0x13A0, 0xAB70, 0x13A0}, {0x1E9E, 0x00DF, 0x1E9E}, {0x2126, 0x03C9, 0x2126}, // ohm sign
+          {0x212A, 0x006B, 0x212A}, // kelvin sign
+          {0x2170, 0x2170, 0x2160}, {0x24B6, 0x24D0, 0x24B6}, {0x4E00, 0x4E00, 0x4E00},
+          {0xA77D, 0x1D79, 0xA77D}, {0xFB00, 0xFB00, 0xFB00}, {0xFF21, 0xFF41, 0xFF21},
+          {0xFFFF, 0xFFFF, 0xFFFF}}) {
+        EXPECT_EQ(ORVToLowerW(row.unit), row.lower) << std::hex << int{row.unit};
+        EXPECT_EQ(ORVToUpperW(row.unit), row.upper) << std::hex << int{row.unit};
+    }
+}
+
+TEST(CaseMapping, isStableAndLeavesSurrogatesAlone)
+{
+    for (unsigned code = 0; code < 0x10000; ++code) {
+        const auto unit = static_cast<char16_t>(code);
+        const char16_t lower = ORVToLowerW(unit);
+        const char16_t upper = ORVToUpperW(unit);
+        ASSERT_EQ(ORVToLowerW(lower), lower) << std::hex << code;
+        ASSERT_EQ(ORVToUpperW(upper), upper) << std::hex << code;
+        if (code >= 0xD800 && code < 0xE000) {
+            ASSERT_TRUE(lower == unit && upper == unit) << std::hex << code;
+        }
+    }
+}
+
+TEST(CaseMapping, comparisonAgreesWithAPlainLoop)
+{
+    std::mt19937 random(20);
+    std::uniform_int_distribution<int> pick(0, 7);
+    const char16_t units[] = u"aAbB\u00E9\u00C9_";
+    for (int round = 0; round < 20000; ++round) {
+        std::u16string a, b;
+        for (int i = pick(random); i > 0; --i) a += units[pick(random) % 7];
+        for (int i = pick(random); i > 0; --i) b += units[pick(random) % 7];
+        const std::int32_t count = pick(random);
+
+        std::int32_t expected = 0;
+        for (std::size_t i = 0; i < static_cast<std::size_t>(count) && expected == 0; ++i) {
+            if (i > std::min(a.size(), b.size())) break;
+            expected = ORVToLowerW(a.c_str()[i]) - ORVToLowerW(b.c_str()[i]);
+        }
+        ASSERT_EQ(ORVStrNICmpW(a.c_str(), b.c_str(), count), expected) << count;
+    }
+}
+
+} // namespace

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "orv/String.h"
+#include "orv/util/CommandLineParser.h"
+
+#include <cstdint>
+#include <span>
+
+namespace tool {
+
+/// What a command line got wrong. The program prints it and ends with status 2.
+struct UsageError {
+    orv::String text;
+};
+
+/// What went wrong in a command. The program prints it with its result and ends with status 1.
+struct Failure {
+    orv::String text;
+    orv::Result result;
+};
+
+/// The options and words behind a command's name.
+class Arguments {
+public:
+    /// Reads the words after the command's name. An option that is not among `known` or, but for
+    /// `words` of them, a word without a switch throws UsageError.
+    Arguments(int count, char** words, std::span<const char16_t* const> known,
+              std::int32_t wordCount);
+
+    /// Whether the option stands on the command line.
+    bool has(const char16_t* name) const;
+
+    /// The value of the option, commas and all. Throws UsageError where it is absent or empty.
+    orv::String text(const char16_t* name) const;
+
+    /// The value of the option as a whole decimal number between `least` and `most`.
+    std::int32_t number(const char16_t* name, std::int32_t least, std::int32_t most) const;
+
+    /// The word at `index`. Throws UsageError, saying that `what` is missing.
+    orv::String word(std::int32_t index, const char16_t* what) const;
+
+private:
+    orv::util::CommandLineParser m_parser;
+};
+
+} // namespace tool
