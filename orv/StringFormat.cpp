@@ -22,12 +22,15 @@ char* print(char* begin, char* end, Value value)
     }
 }
 
+/// What is printed is plain ASCII, which the decoders of all default encodings only widen.
 template <class Value>
-String narrowText(Value value)
+String numberText(Value value)
 {
     std::array<char, 32> text;
+    std::array<char16_t, 32> units;
     const char* const end = print(text.data(), text.data() + text.size(), value);
-    return {text.data(), static_cast<std::int32_t>(end - text.data()), nullptr, 0};
+    std::copy_n(text.data(), end - text.data(), units.data());
+    return {units.data(), static_cast<std::int32_t>(end - text.data())};
 }
 
 /// A placeholder of a pattern: "{", a number as valueOf() prints it, "}".
@@ -100,42 +103,42 @@ String String::valueOf(char16_t unit)
 
 String String::valueOf(int value)
 {
-    return narrowText(value);
+    return numberText(value);
 }
 
 String String::valueOf(unsigned int value)
 {
-    return narrowText(value);
+    return numberText(value);
 }
 
 String String::valueOf(long value)
 {
-    return narrowText(value);
+    return numberText(value);
 }
 
 String String::valueOf(unsigned long value)
 {
-    return narrowText(value);
+    return numberText(value);
 }
 
 String String::valueOf(long long value)
 {
-    return narrowText(value);
+    return numberText(value);
 }
 
 String String::valueOf(unsigned long long value)
 {
-    return narrowText(value);
+    return numberText(value);
 }
 
 String String::valueOf(float value)
 {
-    return narrowText(static_cast<double>(value));
+    return numberText(static_cast<double>(value));
 }
 
 String String::valueOf(double value)
 {
-    return narrowText(value);
+    return numberText(value);
 }
 
 const String& String::formatList(const char16_t* pattern, std::int32_t length,
