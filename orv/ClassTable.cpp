@@ -5,6 +5,7 @@
 #include "orv/Floats.h"
 #include "orv/Integers.h"
 #include "orv/String.h"
+#include "orv/exec/Thread.h"
 #include "orv/io/BufferedInputStream.h"
 #include "orv/io/BufferedOutputStream.h"
 #include "orv/io/BufferedReader.h"
@@ -118,6 +119,7 @@ constexpr ClassRow rows[] = {
     row<io::Reader>(u"CORVReader"),
     row<util::ROByteBuffer>(u"CORVROByteBuffer", &make<util::ROByteBuffer>),
     row<util::ROCharBuffer>(u"CORVROCharBuffer", &make<util::ROCharBuffer>),
+    row<exec::IRunnable>(u"CORVRunnable"),
     row<util::RWByteBuffer>(u"CORVRWByteBuffer", &make<util::RWByteBuffer>),
     row<util::RWCharBuffer>(u"CORVRWCharBuffer", &make<util::RWCharBuffer>),
     row<sync::ReaderWriterLock>(u"CORVRWLock", &make<sync::ReaderWriterLock, nullptr, 0>),
@@ -128,6 +130,7 @@ constexpr ClassRow rows[] = {
     row<String>(u"CORVString", &make<String>),
     row<io::StringWriter>(u"CORVStringWriter", &make<io::StringWriter, 0>),
     row<sync::Object>(u"CORVSyncObject"),
+    row<exec::Thread>(u"CORVThread"),
     row<UInteger16>(u"CORVUInteger16"),
     row<UInteger32>(u"CORVUInteger32"),
     row<UInteger64>(u"CORVUInteger64"),

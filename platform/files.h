@@ -52,7 +52,4 @@ ORVCORE_API std::int32_t currentFolder(char16_t* buffer, std::int32_t size) noex
 /// The folder for temporary files (TMPDIR, else /tmp), in the form of currentFolder().
 ORVCORE_API std::int32_t temporaryFolder(char16_t* buffer, std::int32_t size) noexcept;
 
-/// Identifier of the calling thread, asked of the system at each call; never 0.
-ORVCORE_API std::uint32_t currentThreadId() noexcept;
-
 } // namespace orvcore

@@ -2,6 +2,7 @@
 
 #include "orv/sync/Lock.h"
 #include "platform/files.h"
+#include "platform/threads.h"
 
 namespace orv::ipc {
 

@@ -1,14 +1,18 @@
-#include "platform/files.h"
+#include "platform/threads.h"
 
+#include "platform/posix/internal/Deadline.h"
 #include "platform/posix/internal/Futex.h"
 #include "platform/posix/internal/Record.h"
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
+#include <ctime>
 
 #include <csignal>
 #include <cxxabi.h>
 #include <pthread.h>
+#include <sched.h>
 #include <unistd.h>
 
 namespace orvcore {
@@ -87,6 +91,18 @@ int createThread(pthread_t* thread, std::uint32_t stackSize, Start* start) noexc
 std::uint32_t currentThreadId() noexcept
 {
     return static_cast<std::uint32_t>(::gettid());
+}
+
+void sleepFor(std::uint32_t milliseconds) noexcept
+{
+    if (milliseconds == 0) {
+        ::sched_yield();
+        return;
+    }
+    const Deadline deadline = Deadline::after(milliseconds);
+    while (deadline.moment() == nullptr) ::pause();
+    while (::clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, deadline.moment(), nullptr) == EINTR) {
+    }
 }
 
 } // namespace orvcore

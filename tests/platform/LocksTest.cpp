@@ -1,5 +1,5 @@
-#include "platform/files.h"
 #include "platform/orvcore.h"
+#include "platform/threads.h"
 
 #include "tests/support/Processes.h"
 

@@ -1,7 +1,7 @@
 #include "orv/util/MTCharBuffer.h"
 
 #include "orv/util/MTByteBuffer.h"
-#include "platform/files.h"
+#include "platform/threads.h"
 
 #include "tests/support/Processes.h"
 

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/orvcore.h"
+
+/// \file
+/// What is asked of the calling thread itself.
+
+namespace orvcore {
+
+/// Identifier of the calling thread, asked of the system at each call; never 0.
+ORVCORE_API std::uint32_t currentThreadId() noexcept;
+
+/// Lets the calling thread sleep, signals or not; 0 lets others run, ORV_INFINITE never returns.
+ORVCORE_API void sleepFor(std::uint32_t milliseconds) noexcept;
+
+} // namespace orvcore

@@ -1,0 +1,179 @@
+#include "orv/exec/Thread.h"
+
+#include "orv/Exceptions.h"
+#include "orv/sync/Gate.h"
+#include "tests/support/Living.h"
+#include "tests/support/Processes.h"
+#include "tests/support/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <stdexcept>
+
+#include <pthread.h>
+#include <sys/resource.h>
+
+namespace orv::exec {
+namespace {
+
+class Job : public ::orv::quark::Implements<test::Living, IRunnable> {
+public:
+    explicit Job(std::function<void*()> work) : m_work(std::move(work)) {}
+    void* run() override { return m_work(); }
+
+private:
+    std::function<void*()> m_work;
+};
+
+Reference<Job> jobOf(std::function<void*()> work)
+{
+    return makeReference<Job>(std::move(work));
+}
+
+template <class Call>
+void expectRefusal(Call call, const char16_t* words)
+{
+    try {
+        call();
+        ADD_FAILURE() << "not refused";
+    } catch (const IllegalStateException& refusal) {
+        EXPECT_EQ(refusal.getDescription(), String(words));
+    }
+}
+
+TEST(Thread, runsItsJobElsewhereAndGivesTheResult)
+{
+    std::uint32_t inside = 0;
+    const auto job = jobOf([&]() -> void* {
+        inside = Thread::getCurrentID();
+        return &inside;
+    });
+    Thread thread(job.get(), u"worker");
+    thread.setStackSize(1);
+    thread.start();
+    const std::uint32_t id = thread.getID();
+    EXPECT_EQ(thread.join(), &inside);
+    EXPECT_EQ(id, inside);
+    EXPECT_NE(id, Thread::getCurrentID());
+    EXPECT_EQ(thread.getName(), u"worker");
+    EXPECT_EQ(job->GetRefCount(), 2u) << "the object's and the test's";
+}
+
+TEST(Thread, isStartedOrNot)
+{
+    sync::Gate gate;
+    int runs = 0;
+    Thread thread(jobOf([&]() -> void* {
+                      gate.wait();
+                      ++runs;
+                      return nullptr;
+                  }).get());
+    for (int round = 1; round <= 3; ++round) {
+        expectRefusal([&] { thread.join(); }, u"thread not started");
+        expectRefusal([&] { thread.getID(); }, u"thread not started");
+        thread.setStackSize(0);
+        thread.start();
+        expectRefusal([&] { thread.start(); }, u"thread already started");
+        expectRefusal([&] { thread.setStackSize(1 << 20); }, u"thread already started");
+        EXPECT_NE(thread.getID(), 0u);
+        gate.open();
+        thread.join();
+        EXPECT_EQ(runs, round);
+    }
+}
+
+TEST(Thread, survivesWhateverEndsItsJob)
+{
+    static int s_left;
+    for (const auto& work : {
+             std::function<void*()>([]() -> void* { throw std::runtime_error("lost"); }),
+             std::function<void*()>([]() -> void* { throw Exception(u"lost"); }),
+             std::function<void*()>([]() -> void* { throw 42; }),
+             std::function<void*()>([]() -> void* { ::pthread_exit(&s_left); }),
+         }) {
+        const auto job = jobOf(work);
+        Thread thread(job.get());
+        thread.start();
+        void* const result = thread.join();
+        EXPECT_TRUE(result == nullptr || result == &s_left);
+        EXPECT_EQ(job->GetRefCount(), 2u);
+    }
+    Thread without(nullptr);
+    without.start();
+    EXPECT_EQ(without.join(), nullptr);
+}
+
+TEST(Thread, runsOnWhenItsObjectIsGone)
+{
+    const int before = test::Living::count();
+    // Held by nobody but the thread, which may still use them after the test's end.
+    const auto go = makeReference<sync::Gate>();
+    makeReference<Thread>(jobOf([go]() -> void* {
+                              go->wait();
+                              return nullptr;
+                          }).get())
+        ->start();
+    EXPECT_EQ(test::Living::count(), before + 1);
+    go->open();
+    EXPECT_TRUE(test::awaitTrue([&] { return test::Living::count() == before; }));
+}
+
+TEST(Thread, aCopyIsNotStarted)
+{
+    struct Derived : Thread {
+        using Thread::Thread;
+    };
+    const auto job = jobOf([]() -> void* { return nullptr; });
+    Thread thread(job.get(), u"name");
+    thread.start();
+    EXPECT_EQ(Thread(thread).getName(), u"name");
+    const Reference<Object> clone(thread.clone());
+    auto& copy = dynamic_cast<Thread&>(*clone);
+    EXPECT_EQ(copy.getName(), u"name");
+    expectRefusal([&] { copy.join(); }, u"thread not started");
+    copy.start();
+    copy.join();
+    thread.join();
+    EXPECT_EQ(job->GetRefCount(), 3u) << "shared";
+    EXPECT_THROW(Derived(job.get()).clone(), CloneNotSupportedException);
+}
+
+TEST(Thread, canBeStartedOnceTheSystemHasRoomAgain)
+{
+    const auto job = jobOf([]() -> void* { return nullptr; });
+    Thread thread(job.get());
+    thread.setStackSize(0xFFFF0000u);
+
+    std::uint64_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    rlimit unlimited{};
+    ::getrlimit(RLIMIT_AS, &unlimited);
+    const rlimit tight{pages * 4096 + (1u << 30), unlimited.rlim_max};
+    ::setrlimit(RLIMIT_AS, &tight);
+    Result result = S_OK;
+    try {
+        thread.start();
+    } catch (const ResultException& failure) {
+        result = failure.getResult();
+        EXPECT_EQ(failure.getDescription(), u"thread creation failed");
+    }
+    ::setrlimit(RLIMIT_AS, &unlimited);
+    EXPECT_TRUE(failed(result));
+    EXPECT_EQ(job->GetRefCount(), 2u);
+
+    thread.setStackSize(0);
+    thread.start();
+    thread.join();
+}
+
+TEST(Thread, sleepsNoShorterThanTold)
+{
+    const auto before = std::chrono::steady_clock::now();
+    Thread::sleep(0);
+    Thread::sleep(20);
+    EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(20));
+}
+
+} // namespace
+} // namespace orv::exec
