@@ -1,0 +1,28 @@
+#include "orv/collections/quark/AbstractSet.h"
+
+namespace orv::collections::quark {
+
+AbstractSet::AbstractSet() = default;
+
+AbstractSet::AbstractSet(const IORVComparator* comparator) : ImplementsVirtual(comparator) {}
+
+AbstractSet::AbstractSet(const AbstractSet& other) = default;
+
+AbstractSet::~AbstractSet() noexcept(false) = default;
+
+std::int32_t AbstractSet::compareTo(const Object& other) const
+{
+    return Object::compareTo(other);
+}
+
+bool AbstractSet::equals(const Object& other) const
+{
+    return Object::equals(other);
+}
+
+std::uint32_t AbstractSet::hashCode() const
+{
+    return Object::hashCode();
+}
+
+} // namespace orv::collections::quark

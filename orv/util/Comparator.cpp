@@ -1,0 +1,83 @@
+#include "orv/util/Comparator.h"
+
+#include "orv/Class.h"
+#include "orv/Failure.h"
+#include "orv/Reference.h"
+
+namespace orv::util {
+
+namespace {
+
+/// `element` as something with an order and a hash, or null.
+Reference<IORVComparable> comparable(const IORVUnknown* element)
+{
+    if (element == nullptr) return nullptr;
+    void* found = nullptr;
+    // A query changes nothing in the element but its count.
+    const Result result =
+        const_cast<IORVUnknown*>(element)->QueryInterface(IORVComparable::IID, &found);
+    if (failed(result)) return nullptr;
+    return Reference<IORVComparable>::adopt(static_cast<IORVComparable*>(found));
+}
+
+std::int32_t compareAddresses(const void* a, const void* b) noexcept
+{
+    const auto left = reinterpret_cast<std::uintptr_t>(a);
+    const auto right = reinterpret_cast<std::uintptr_t>(b);
+    if (left == right) return 0;
+    return left < right ? -1 : 1;
+}
+
+} // namespace
+
+Comparator::~Comparator() noexcept(false) = default;
+
+const ::orv::quark::InterfaceData* Comparator::GetComIntfMap()
+{
+    static const ::orv::quark::InterfaceData map[] = {
+        ::orv::quark::interfaceRow<IORVComparator, Comparator>(), ::orv::quark::baseRow<Object>(),
+        ::orv::quark::endRow};
+    return map;
+}
+
+Result Comparator::QueryInterface(const GUID& iid, void** out)
+{
+    return ::orv::quark::QueryInterfaceMap(GetComIntfMap(), this, iid, out);
+}
+
+std::int32_t Comparator::compareTo(const Object& other) const
+{
+    if (dynamic_cast<const Comparator*>(&other) == nullptr) throwCastFailed();
+    return 0;
+}
+
+bool Comparator::equals(const Object& other) const
+{
+    return getClass()->equals(*other.getClass());
+}
+
+std::int32_t Comparator::compare(const Object& a, const Object& b) const
+{
+    return a.compareTo(b);
+}
+
+std::uint32_t Comparator::hash(const Object& object) const
+{
+    return object.hashCode();
+}
+
+Result Comparator::Compare(const IORVUnknown* a, const IORVUnknown* b, std::int32_t* result) const
+{
+    if (const auto ordered = comparable(a)) return ordered->CompareTo(b, result);
+    *result = compareAddresses(a, b);
+    return S_OK;
+}
+
+Result Comparator::Hash(const IORVUnknown* a, std::uint32_t* result) const
+{
+    if (const auto hashed = comparable(a)) return hashed->HashCode(result);
+    *result = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(a));
+    return S_OK;
+}
+
+} // namespace orv::util
