@@ -1,12 +1,9 @@
 #include "tools/orv/Command.h"
+#include "tools/orv/Files.h"
 
-#include "orv/io/FileInputStream.h"
-#include "orv/io/FileOutputStream.h"
-#include "orv/io/StdioStreams.h"
 #include "orv/text/charset/ByteToCharConverter.h"
 #include "orv/text/charset/CharToByteConverter.h"
 #include "orv/text/charset/CharsetExceptions.h"
-#include "orv/util/FilePath.h"
 #include "platform/console.h"
 
 #include <cstdio>
@@ -15,10 +12,8 @@
 namespace tool {
 namespace {
 
-using orv::makeReference;
 using orv::Reference;
 using orv::String;
-using orv::util::FilePath;
 using namespace orv::io;
 using namespace orv::text::charset;
 
@@ -43,17 +38,6 @@ private:
     bool m_terminal = orvcore::isErrorTerminal();
     std::int64_t m_next = PROGRESS_STEP;
 };
-
-/// Runs `action`; a failure is told by `text`.
-template <class Action>
-auto named(const String& text, Action action)
-{
-    try {
-        return action();
-    } catch (const orv::Exception& exception) {
-        throw Failure{text, exception.getResult()};
-    }
-}
 
 /// Carries bytes through a decoder and an encoder, counting both sides.
 class Conversion {
@@ -188,38 +172,6 @@ Reference<Converter> converterFor(const String& encoding)
         return Reference<Converter>(Converter::getConverter(encoding.getData()));
     } catch (const UnknownEncodingException& exception) {
         throw Failure{u"unknown encoding \"" + encoding + u"\"", exception.getResult()};
-    }
-}
-
-Reference<InputStream> openInput(const Arguments& arguments)
-{
-    if (!arguments.has(u"in")) {
-        return makeReference<FileInputStream>(orvcore::standardInput(), false);
-    }
-    const String path = arguments.text(u"in");
-    return named(u"cannot open " + path,
-                 [&]() -> Reference<InputStream> { return makeReference<FileInputStream>(path); });
-}
-
-Reference<OutputStream> openOutput(const Arguments& arguments)
-{
-    if (!arguments.has(u"out")) {
-        return makeReference<FileOutputStream>(orvcore::standardOutput(), false);
-    }
-    const String path = arguments.text(u"out");
-    return named(u"cannot open " + path, [&]() -> Reference<OutputStream> {
-        return makeReference<FileOutputStream>(path, FileOutputStream::TRUNC);
-    });
-}
-
-/// Opening the output empties it, which must not happen to the input.
-void refuseOneFileForBoth(const Arguments& arguments)
-{
-    if (!arguments.has(u"in") || !arguments.has(u"out")) return;
-    const FilePath in(arguments.text(u"in"));
-    const FilePath out(arguments.text(u"out"));
-    if (FilePath(in.getAbsolutePath()).toString().equals(out.getAbsolutePath())) {
-        throw UsageError{u"-in and -out are the same file"};
     }
 }
 
