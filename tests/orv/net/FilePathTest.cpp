@@ -1,0 +1,120 @@
+#include "orv/net/FilePath.h"
+
+#include "orv/Exceptions.h"
+#include "tests/support/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+namespace orv::net {
+namespace {
+
+using Parser = void (FilePath::*)(const String&);
+
+// The parsers are private. An explicit instantiation may name private members, and hands them out.
+struct Parsers {
+    Parser unc, nfs, ncp;
+    friend Parsers parsersOf(const FilePath&);
+};
+template <Parser unc, Parser nfs, Parser ncp>
+struct HandOut {
+    friend Parsers parsersOf(const FilePath&) { return {unc, nfs, ncp}; }
+};
+Parsers parsersOf(const FilePath&);
+template struct HandOut<&FilePath::parseUnc, &FilePath::parseNfs, &FilePath::parseNcp>;
+
+String thisHost()
+{
+    char name[260];
+    EXPECT_EQ(::gethostname(name, sizeof name), 0);
+    return name;
+}
+
+TEST(NetFilePath, takesAPathWithAServerApart)
+{
+    struct Row {
+        const char16_t *text, *server, *volume, *path;
+    };
+    for (const Row& row : {
+             Row{u"\\\\srv\\share\\d\\f", u"srv", u"share", u"d\\f"},
+             {u"//srv/share", u"srv", u"share", u""},
+             {u"\\\\srv\\share\\", u"srv", u"share", u""},
+             {u"\\\\srv\\share\\x\\a\\..\\b", u"srv", u"share", u"x\\b"},
+             {u"\\\\s\\sh\\..\\bcd", u"s", u"shb", u"cd"}, // see PathNormalizer
+         }) {
+        const FilePath path(row.text);
+        EXPECT_EQ(path.getServer(), row.server);
+        EXPECT_EQ(path.getVolume(), row.volume);
+        EXPECT_EQ(path.getPath(), row.path) << test::readable(row.text);
+        EXPECT_EQ(path.getMountType(), FilePath::MOUNT_SHARE);
+        EXPECT_FALSE(path.isLocal());
+    }
+    EXPECT_EQ(FilePath(u"\\\\srv\\share\\d\\f").getUNCPath(), u"\\\\srv\\share\\d\\f");
+    EXPECT_THROW(FilePath(u"\\\\srv"), InvalidPathException);
+}
+
+TEST(NetFilePath, aLocalPathLiesOnTheAdministrativeShareOfThisHost)
+{
+    const FilePath path(u"c:\\x\\y");
+    EXPECT_EQ(path.getServer(), thisHost());
+    EXPECT_EQ(path.getVolume(), u"c$");
+    EXPECT_EQ(path.getPath(), u"x\\y");
+    EXPECT_TRUE(path.isLocal());
+    EXPECT_EQ(path.getUNCPath(), u"\\\\" + thisHost() + u"\\c$\\x\\y");
+
+    EXPECT_EQ(FilePath(u"/etc/passwd").getVolume(), u"C$");
+    EXPECT_EQ(FilePath(u"/etc/passwd").getPath(), u"etc\\passwd");
+    EXPECT_EQ(FilePath(u"/").getPath(), u"");
+    EXPECT_EQ(FilePath(util::FilePath(u"D:\\x")).getVolume(), u"D$");
+    const FilePath relative(u"x");
+    EXPECT_EQ(u"C:\\" + relative.getPath(), util::FilePath(u"x").getCanonicalPath());
+}
+
+TEST(NetFilePath, whatCannotBeSaidIsRefused)
+{
+    try {
+        static_cast<void>(FilePath(u"/").getNetwarePath());
+        ADD_FAILURE() << "no exception";
+    } catch (const ResultException& exception) {
+        EXPECT_EQ(exception.getResult(), E_NOT_AVAILABLE);
+    }
+    EXPECT_THROW(FilePath(String(u'x', 300)), ResultException) << "too long to expand";
+    EXPECT_THROW(FilePath(u"ab:"), InvalidPathException);
+}
+
+TEST(NetFilePath, readsTheFormsOfOtherSystems)
+{
+    struct Row {
+        Parser Parsers::*parser;
+        const char16_t *text, *server, *volume, *path, *refusal;
+    };
+    FilePath path(u"\\\\s\\v\\p");
+    const Parsers parsers = parsersOf(path);
+    for (const Row& row : {
+             Row{&Parsers::unc, u"\\\\srv\\share:", u"srv", u"share", u"p", u""},
+             {&Parsers::unc, u"\\\\srv\\a\\b", u"srv", u"a\\b", u"p", u""},
+             {&Parsers::unc, u"\\\\srv", u"", u"", u"", u"Invalid UNC syntax."},
+             {&Parsers::unc, u"\\srv\\a", u"", u"", u"", u"Invalid UNC syntax."},
+             {&Parsers::nfs, u"nas:/export:/x", u"nas", u"v", u"/export:/x", u""},
+             {&Parsers::nfs, u"nas:export", u"", u"", u"", u"Invalid NFS syntax."},
+             {&Parsers::ncp, u"srv/vol/dir", u"srv", u"UNKNOWN", u"p", u""},
+             {&Parsers::ncp, u"srv\\vol", u"", u"", u"", u"Invalid NCP syntax."},
+         }) {
+        FilePath parsed(path);
+        String refusal;
+        try {
+            (parsed.*(parsers.*row.parser))(row.text);
+        } catch (const InvalidPathException& exception) {
+            refusal = exception.getDescription();
+        }
+        EXPECT_EQ(refusal, row.refusal) << test::readable(row.text);
+        if (!refusal.isEmpty()) continue;
+        EXPECT_EQ(parsed.getServer(), row.server);
+        EXPECT_EQ(parsed.getVolume(), row.volume);
+        EXPECT_EQ(parsed.getPath(), row.path);
+    }
+}
+
+} // namespace
+} // namespace orv::net
