@@ -6,6 +6,7 @@
 #include "orv/Integers.h"
 #include "orv/String.h"
 #include "orv/exec/Thread.h"
+#include "orv/i18n/Locale.h"
 #include "orv/io/BufferedInputStream.h"
 #include "orv/io/BufferedOutputStream.h"
 #include "orv/io/BufferedReader.h"
@@ -105,6 +106,7 @@ constexpr ClassRow rows[] = {
     row<Integer32>(u"CORVInteger32"),
     row<Integer64>(u"CORVInteger64"),
     row<Integer8>(u"CORVInteger8"),
+    row<i18n::Locale>(u"CORVLocale"),
     row<sync::LockObject>(u"CORVLockObject"),
     row<util::MTByteBuffer>(u"CORVMTByteBuffer", &make<util::MTByteBuffer>),
     row<util::MTCharBuffer>(u"CORVMTCharBuffer", &make<util::MTCharBuffer>),
