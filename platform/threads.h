@@ -7,10 +7,14 @@
 
 namespace orvcore {
 
-/// Identifier of the calling thread, asked of the system at each call; never 0.
+/// Identifier of the calling thread as the system knows it, in a forked child that of the child;
+/// never 0.
 ORVCORE_API std::uint32_t currentThreadId() noexcept;
 
 /// Lets the calling thread sleep, signals or not; 0 lets others run, ORV_INFINITE never returns.
 ORVCORE_API void sleepFor(std::uint32_t milliseconds) noexcept;
+
+/// Lets the calling thread sleep for about so long; a signal ends it early.
+ORVCORE_API void napFor(std::uint32_t microseconds) noexcept;
 
 } // namespace orvcore

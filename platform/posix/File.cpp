@@ -174,7 +174,7 @@ std::int32_t availableInFile(ORVHandle file) noexcept
 ORVResult flushFile(ORVHandle file) noexcept
 {
     const int descriptor = descriptorFromFileHandle(file);
-    if (flushesToKernelOnly()) return fcntl(descriptor, F_GETFD) < 0 ? lastError() : S_OK;
+    if (flushesToKernelOnly()) return descriptor < 0 ? ORVResultFromNative(EBADF) : S_OK;
     while (fdatasync(descriptor) != 0) {
         if (errno == EINVAL || errno == EROFS || errno == ENOTSUP) return S_OK;
         if (errno != EINTR) return lastError();

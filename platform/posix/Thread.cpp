@@ -88,11 +88,6 @@ int createThread(pthread_t* thread, std::uint32_t stackSize, Start* start) noexc
 
 } // namespace
 
-std::uint32_t currentThreadId() noexcept
-{
-    return static_cast<std::uint32_t>(::gettid());
-}
-
 void sleepFor(std::uint32_t milliseconds) noexcept
 {
     if (milliseconds == 0) {
@@ -103,6 +98,12 @@ void sleepFor(std::uint32_t milliseconds) noexcept
     while (deadline.moment() == nullptr) ::pause();
     while (::clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, deadline.moment(), nullptr) == EINTR) {
     }
+}
+
+void napFor(std::uint32_t microseconds) noexcept
+{
+    const timespec time{microseconds / 1'000'000, static_cast<long>(microseconds % 1'000'000) * 1000};
+    ::clock_nanosleep(CLOCK_MONOTONIC, 0, &time, nullptr);
 }
 
 } // namespace orvcore
