@@ -73,9 +73,10 @@ bool appendPart(const wchar_t* pattern, const std::tm& broken, locale_t locale,
 {
     wchar_t part[PART_ROOM];
     const std::size_t length = wcsftime_l(part, PART_ROOM, pattern, &broken, locale);
-    const wchar_t* const end = part + length;
+    const wchar_t* end = part + length;
     const wchar_t* begin = part;
     while (begin != end && *begin == L' ') ++begin;
+    while (begin != end && end[-1] == L' ') --end;
     // No locale has a name of a day or a month outside the basic plane.
     *out = std::transform(begin, end, *out, [](wchar_t unit) {
         return unit > 0xFFFF ? u'\xFFFD' : static_cast<char16_t>(unit);

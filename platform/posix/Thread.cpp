@@ -102,7 +102,8 @@ void sleepFor(std::uint32_t milliseconds) noexcept
 
 void napFor(std::uint32_t microseconds) noexcept
 {
-    const timespec time{microseconds / 1'000'000, static_cast<long>(microseconds % 1'000'000) * 1000};
+    const timespec time{microseconds / 1'000'000,
+                        static_cast<long>(microseconds % 1'000'000) * 1000};
     ::clock_nanosleep(CLOCK_MONOTONIC, 0, &time, nullptr);
 }
 

@@ -55,8 +55,7 @@ std::uint32_t beginGeneration() noexcept
 std::uint32_t currentThreadId() noexcept
 {
     const Generation* const current = s_current.load(std::memory_order_acquire);
-    std::uint32_t generation =
-        current != nullptr ? current->load(std::memory_order_relaxed) : 0;
+    std::uint32_t generation = current != nullptr ? current->load(std::memory_order_relaxed) : 0;
     if (generation != 0 && generation == t_known.generation) return t_known.id;
     if (generation == 0) generation = beginGeneration();
     t_known = KnownId{generation, static_cast<std::uint32_t>(::gettid())};

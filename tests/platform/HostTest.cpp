@@ -1,7 +1,5 @@
 #include "platform/orvcore.h"
 
-#include "tests/platform/ScopedVariable.h"
-
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -10,29 +8,6 @@
 #include <dlfcn.h>
 
 namespace {
-
-bool isEqual(const STRUCT_ORV_TIME& a, const STRUCT_ORV_TIME& b)
-{
-    return std::memcmp(&a, &b, sizeof a) == 0;
-}
-
-TEST(Time, breaksPosixSecondsDownInUtc)
-{
-    struct Row {
-        std::int32_t seconds;
-        STRUCT_ORV_TIME time;
-    };
-    const orv::test::ScopedVariable zone("TZ", "XYZ-5");
-    for (const Row& row :
-         {Row{0, {1970, 1, 4, 1, 0, 0, 0, 0}}, Row{951782399, {2000, 2, 1, 28, 23, 59, 59, 0}},
-          Row{951782400, {2000, 2, 2, 29, 0, 0, 0, 0}}, Row{-1, {1969, 12, 3, 31, 23, 59, 59, 0}},
-          Row{INT32_MAX, {2038, 1, 2, 19, 3, 14, 7, 0}},
-          Row{INT32_MIN, {1901, 12, 5, 13, 20, 45, 52, 0}}}) {
-        STRUCT_ORV_TIME time{};
-        ASSERT_EQ(ORVTimeFromPosix(row.seconds, &time), S_OK);
-        EXPECT_TRUE(isEqual(time, row.time)) << row.seconds;
-    }
-}
 
 // The folder of the core library, which is a shared library that is there for certain.
 std::u16string coreFolder()

@@ -1,6 +1,8 @@
 #include "platform/orvcore.h"
 #include "platform/threads.h"
 
+#include "tests/support/Processes.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -8,6 +10,7 @@
 
 #include <csignal>
 #include <pthread.h>
+#include <unistd.h>
 
 namespace {
 
@@ -38,6 +41,23 @@ TEST(Thread, knowsTheIdentifierThatItsCreatorGot)
     EXPECT_EQ(own, told);
     EXPECT_NE(own, 0u);
     EXPECT_NE(own, orvcore::currentThreadId());
+}
+
+TEST(Thread, ofAForkedChildHasTheIdentifierOfTheChild)
+{
+    const std::uint32_t parent = orvcore::currentThreadId();
+    for (int generation = 0; generation < 2; ++generation) {
+        orv::test::ForkedChild child([parent] {
+            const auto own = static_cast<std::uint32_t>(::getpid());
+            if (orvcore::currentThreadId() != own || own == parent) return 1;
+            orv::test::ForkedChild grandchild([] {
+                return orvcore::currentThreadId() == static_cast<std::uint32_t>(::getpid()) ? 0 : 1;
+            });
+            return grandchild.exitCode() + (orvcore::currentThreadId() == own ? 0 : 1);
+        });
+        EXPECT_EQ(child.exitCode(), 0);
+        EXPECT_EQ(orvcore::currentThreadId(), parent);
+    }
 }
 
 TEST(Thread, runsWithAllSignalsBlockedAndLeavesTheMaskOfItsCreator)
