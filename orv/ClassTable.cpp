@@ -5,6 +5,9 @@
 #include "orv/Floats.h"
 #include "orv/Integers.h"
 #include "orv/String.h"
+#include "orv/collections/quark/ArrayList.h"
+#include "orv/collections/quark/LinkedList.h"
+#include "orv/collections/quark/Map.h"
 #include "orv/exec/Thread.h"
 #include "orv/i18n/Locale.h"
 #include "orv/io/BufferedInputStream.h"
@@ -41,6 +44,7 @@
 #include "orv/text/charset/UTF16Converters.h"
 #include "orv/text/charset/UTF32Converters.h"
 #include "orv/text/charset/UTF8Converters.h"
+#include "orv/util/Comparator.h"
 #include "orv/util/FilePath.h"
 #include "orv/util/MTByteBuffer.h"
 #include "orv/util/MTCharBuffer.h"
@@ -71,6 +75,7 @@ constexpr ClassRow row(const char16_t* name, Class::Factory factory = nullptr) n
 constexpr ClassRow rows[] = {
     row<util::AbstractByteBuffer>(u"CORVAbstractByteBuffer"),
     row<util::AbstractCharBuffer>(u"CORVAbstractCharBuffer"),
+    row<collections::quark::ArrayList>(u"CORVArrayList", &make<collections::quark::ArrayList>),
     row<sync::Atomic>(u"CORVAtomic"),
     row<math::BigDecimal>(u"CORVBigDecimal", &make<math::BigDecimal>),
     row<math::BigInteger>(u"CORVBigInteger", &make<math::BigInteger>),
@@ -88,7 +93,11 @@ constexpr ClassRow rows[] = {
     row<Class>(u"orv::Class"),
     row<text::charset::CTBSingleByte>(u"CORVCTBSingleByte"),
     row<text::charset::CTBSingleByteTable>(u"CORVCTBSingleByteTable"),
+    row<collections::quark::Collection>(u"CORVCollection"),
     row<ComObject>(u"CORVComObject"),
+    row<util::Comparator>(u"CORVComparator"),
+    row<collections::quark::ConstIterator>(u"CORVConstIterator"),
+    row<collections::quark::ConstListIterator>(u"CORVConstListIterator"),
     row<Double>(u"CORVDouble"),
     row<sync::Event>(u"CORVEvent", &make<sync::Event, nullptr, 0>),
     row<sync::FakeAtomic>(u"orv::sync::FakeAtomic"),
@@ -106,8 +115,13 @@ constexpr ClassRow rows[] = {
     row<Integer32>(u"CORVInteger32"),
     row<Integer64>(u"CORVInteger64"),
     row<Integer8>(u"CORVInteger8"),
+    row<collections::quark::Iterator>(u"CORVIterator"),
+    row<collections::quark::LinkedList>(u"CORVLinkedList", &make<collections::quark::LinkedList>),
+    row<collections::quark::List>(u"CORVList"),
+    row<collections::quark::ListIterator>(u"CORVListIterator"),
     row<i18n::Locale>(u"CORVLocale"),
     row<sync::LockObject>(u"CORVLockObject"),
+    row<collections::quark::Map>(u"CORVMap"),
     row<util::MTByteBuffer>(u"CORVMTByteBuffer", &make<util::MTByteBuffer>),
     row<util::MTCharBuffer>(u"CORVMTCharBuffer", &make<util::MTCharBuffer>),
     row<sync::Mutex>(u"CORVMutex", &make<sync::Mutex, nullptr, 0>),
@@ -126,6 +140,7 @@ constexpr ClassRow rows[] = {
     row<util::RWCharBuffer>(u"CORVRWCharBuffer", &make<util::RWCharBuffer>),
     row<sync::ReaderWriterLock>(u"CORVRWLock", &make<sync::ReaderWriterLock, nullptr, 0>),
     row<sync::Semaphore>(u"CORVSemaphore", &make<sync::Semaphore, 0, nullptr, 0>),
+    row<collections::quark::Set>(u"CORVSet"),
     row<SignedInteger>(u"CORVSignedInteger"),
     row<io::StdioInputStream>(u"CORVStdioInputStream", &make<io::StdioInputStream>),
     row<io::StdioOutputStream>(u"CORVStdioOutputStream", &make<io::StdioOutputStream>),

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "orv/ComObject.h"
 #include "orv/Reference.h"
 #include "orv/collections/quark/Iterators.h"
+#include "orv/collections/quark/ListNode.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 
 namespace orv::collections::quark {
@@ -14,9 +17,10 @@ class Collection;
 ///
 ///     for (IORVUnknown* element : *list) { ... }
 ///
-/// The walk goes as a ConstIterator goes, exceptions included, but takes linear time over every
-/// kind of list and no counts on its elements: an element is borrowed, until the next step or until
-/// it leaves the collection. Take a Reference where the body may remove it.
+/// The walk goes as one with a ConstIterator does, exceptions included, but takes linear time over
+/// every kind of list and no counts on the elements of an ArrayList or a LinkedList. An element is
+/// borrowed, until the next step or until it leaves the collection: take a Reference where the
+/// body may remove it.
 ///
 /// Ownership: keeps a collection on the heap alive. Threads: one at a time, with the collection.
 class ORV_API ElementCursor {
@@ -44,11 +48,53 @@ public:
         return cursor.m_atEnd;
     }
 
-private:
-    void step();
+    /// Whether `collection` is walked without an iterator, being exactly an ArrayList or a
+    /// LinkedList.
+    static bool walksDirectly(const Collection& collection) noexcept;
 
+private:
+    void step()
+    {
+        if (m_size == nullptr) {
+            stepIterator();
+        } else if (m_index < *m_size) {
+            stepDirectly();
+        } else {
+            m_element = nullptr;
+            m_atEnd = true;
+        }
+    }
+
+    void stepDirectly()
+    {
+        if (*m_modCount != m_expectedModCount) throwModified();
+        if (m_node != nullptr) {
+            m_node = m_node->next;
+            m_element = m_node->element;
+        } else {
+            m_element = (*m_items)[m_index];
+        }
+        ++m_index;
+    }
+
+    void stepIterator();
+    [[noreturn]] static void throwModified();
+    template <class ConcreteList>
+    void holdList(const ConcreteList& list);
+
+    /// Of a collection that is walked by its iterator.
     Reference<ConstIterator> m_iterator;
     Reference<IORVUnknown> m_held;
+
+    /// Of a list that is walked directly.
+    Reference<const ComObject> m_list;
+    const std::int32_t* m_size = nullptr;
+    const std::int32_t* m_modCount = nullptr;
+    IORVUnknown* const* const* m_items = nullptr; ///< of an ArrayList
+    const ListNode* m_node = nullptr;             ///< of a LinkedList, the one given last
+    std::int32_t m_expectedModCount = 0;
+    std::int32_t m_index = 0;
+
     IORVUnknown* m_element = nullptr;
     bool m_atEnd = false;
 };
