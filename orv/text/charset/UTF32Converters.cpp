@@ -36,9 +36,9 @@ void takeBlocks(DecoderRun& run, Order order)
         std::uint32_t words[BLOCK];
         std::memcpy(words, run.in, sizeof words);
         // Loops apart, because only so do compilers make vectors of them.
-        for (std::ptrdiff_t i = 0; i < BLOCK; ++i) words[i] = order(words[i]);
+        for (std::uint32_t& word : words) word = order(word);
         std::uint32_t bad = 0;
-        for (std::ptrdiff_t i = 0; i < BLOCK; ++i) bad |= notPlain(words[i]);
+        for (const std::uint32_t word : words) bad |= notPlain(word);
         if (bad != 0) return;
         char16_t units[BLOCK];
         for (std::ptrdiff_t i = 0; i < BLOCK; ++i) units[i] = static_cast<char16_t>(words[i]);

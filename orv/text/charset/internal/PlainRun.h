@@ -29,7 +29,7 @@ inline void takePlain(Run& run, Excess excess, Map map, MappedExcess mappedExces
         Out block[BLOCK];
         for (std::ptrdiff_t i = 0; i < BLOCK; ++i) block[i] = map(in[i]);
         decltype(mappedExcess(*block)) badMapped = 0;
-        for (std::ptrdiff_t i = 0; i < BLOCK; ++i) badMapped = badMapped | mappedExcess(block[i]);
+        for (const Out mapped : block) badMapped = badMapped | mappedExcess(mapped);
         if (badMapped != 0) break;
         std::memcpy(out, block, sizeof block);
     }
