@@ -6,6 +6,7 @@
 #include "orv/Integers.h"
 #include "orv/String.h"
 #include "orv/collections/quark/ArrayList.h"
+#include "orv/collections/quark/HashMap.h"
 #include "orv/collections/quark/LinkedList.h"
 #include "orv/collections/quark/Map.h"
 #include "orv/exec/Thread.h"
@@ -109,6 +110,7 @@ constexpr ClassRow rows[] = {
     row<io::FilterWriter>(u"CORVFilterWriter"),
     row<Float>(u"CORVFloat"),
     row<sync::Gate>(u"CORVGate", &make<sync::Gate, nullptr, 0>),
+    row<collections::quark::HashMap>(u"CORVHashMap", &make<collections::quark::HashMap>),
     row<io::InputStream>(u"CORVInputStream"),
     row<io::InputStreamReader>(u"CORVInputStreamReader"),
     row<Integer16>(u"CORVInteger16"),

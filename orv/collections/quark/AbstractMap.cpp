@@ -42,7 +42,8 @@ void AbstractMap::clear()
 
 bool AbstractMap::containsKey(const IORVUnknown* key) const
 {
-    for (const IORVUnknown* element : *createEntrySet()) {
+    const Reference<const Set> entries = createEntrySet();
+    for (const IORVUnknown* element : *entries) {
         const Reference<IORVUnknown> own = entryOf(element).getKey();
         if (equalBy(m_keyComparator.get(), own.get(), key)) return true;
     }
@@ -51,7 +52,8 @@ bool AbstractMap::containsKey(const IORVUnknown* key) const
 
 bool AbstractMap::containsValue(const IORVUnknown* value) const
 {
-    for (const IORVUnknown* element : *createEntrySet()) {
+    const Reference<const Set> entries = createEntrySet();
+    for (const IORVUnknown* element : *entries) {
         const Reference<IORVUnknown> own = entryOf(element).getValue();
         if (equalBy(m_valueComparator.get(), own.get(), value)) return true;
     }
@@ -60,7 +62,8 @@ bool AbstractMap::containsValue(const IORVUnknown* value) const
 
 Reference<IORVUnknown> AbstractMap::get(const IORVUnknown* key)
 {
-    for (const IORVUnknown* element : *createEntrySet()) {
+    const Reference<const Set> entries = createEntrySet();
+    for (const IORVUnknown* element : *entries) {
         MapEntry& entry = entryOf(element);
         if (equalBy(m_keyComparator.get(), entry.getKey().get(), key)) return entry.getValue();
     }
@@ -79,7 +82,8 @@ Reference<IORVUnknown> AbstractMap::put(IORVUnknown*, IORVUnknown*)
 
 void AbstractMap::putAll(const Map& other)
 {
-    for (const IORVUnknown* element : *other.createEntrySet()) {
+    const Reference<const Set> entries = other.createEntrySet();
+    for (const IORVUnknown* element : *entries) {
         MapEntry& entry = entryOf(element);
         put(entry.getKey().get(), entry.getValue().get());
     }
@@ -117,7 +121,8 @@ bool AbstractMap::equals(const Object& other) const
 std::uint32_t AbstractMap::hashCode() const
 {
     std::uint32_t sum = 0;
-    for (const IORVUnknown* element : *createEntrySet()) sum += entryOf(element).hashCode();
+    const Reference<const Set> entries = createEntrySet();
+    for (const IORVUnknown* element : *entries) sum += entryOf(element).hashCode();
     return sum;
 }
 
@@ -125,7 +130,8 @@ std::int32_t AbstractMap::compareToMap(const Map& other) const
 {
     // Looking a value up changes nothing, though get() is not const.
     auto& others = const_cast<Map&>(other);
-    for (const IORVUnknown* element : *createEntrySet()) {
+    const Reference<const Set> entries = createEntrySet();
+    for (const IORVUnknown* element : *entries) {
         MapEntry& entry = entryOf(element);
         const Reference<IORVUnknown> key = entry.getKey();
         const Reference<IORVUnknown> value = entry.getValue();
