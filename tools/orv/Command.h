@@ -22,8 +22,10 @@ struct Command {
 
 extern const Command about;
 extern const Command calc;
+extern const Command cipher;
 extern const Command classes;
 extern const Command convert;
+extern const Command digest;
 extern const Command encodings;
 
 } // namespace tool

@@ -1,0 +1,250 @@
+#include "orv/crypto/BlowFish.h"
+
+#include "orv/Exception.h"
+
+#include "tests/orv/crypto/Bytes.h"
+#include "tests/support/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <thread>
+#include <vector>
+
+namespace orv::crypto {
+namespace {
+
+using test::Bytes;
+using test::bytesOf;
+using test::fromHex;
+using test::toHex;
+
+BlowFish cipherOf(const Bytes& key)
+{
+    return {key.data(), test::sizeOf(key)};
+}
+
+Bytes encrypted(const BlowFish& cipher, const Bytes& plain)
+{
+    Bytes out(plain.size());
+    cipher.encrypt(out.data(), plain.data(), test::sizeOf(plain));
+    return out;
+}
+
+Bytes decrypted(const BlowFish& cipher, const Bytes& secret)
+{
+    Bytes out(secret.size());
+    cipher.decrypt(out.data(), secret.data(), test::sizeOf(secret));
+    return out;
+}
+
+struct Vector {
+    const char* key;
+    const char* plain;
+    const char* secret;
+};
+
+// The vectors that Eric Young published with his implementation, keys of 8 bytes.
+constexpr Vector vectors[] = {
+    {"0000000000000000", "0000000000000000", "4ef997456198dd78"},
+    {"ffffffffffffffff", "ffffffffffffffff", "51866fd5b85ecb8a"},
+    {"3000000000000000", "1000000000000001", "7d856f9a613063f2"},
+    {"1111111111111111", "1111111111111111", "2466dd878b963c9d"},
+    {"0123456789abcdef", "1111111111111111", "61f9c3802281b096"},
+    {"1111111111111111", "0123456789abcdef", "7d0cc630afda1ec7"},
+    {"fedcba9876543210", "0123456789abcdef", "0aceab0fc6a0a28d"},
+    {"7ca110454a1a6e57", "01a1d6d039776742", "59c68245eb05282b"},
+    {"0131d9619dc1376e", "5cd54ca83def57da", "b1b8cc0b250f09a0"},
+    {"07a1133e4a0b2686", "0248d43806f67172", "1730e5778bea1da4"},
+    {"3849674c2602319e", "51454b582ddf440a", "a25e7856cf2651eb"},
+    {"04b915ba43feb5b6", "42fd443059577fa2", "353882b109ce8f1a"},
+    {"0113b970fd34f2ce", "059b5e0851cf143a", "48f4d0884c379918"},
+    {"0170f175468fb5e6", "0756d8e0774761d2", "432193b78951fc98"},
+    {"43297fad38e373fe", "762514b829bf486a", "13f04154d69d1ae5"},
+    {"07a7137045da2a16", "3bdd119049372802", "2eedda93ffd39c79"},
+    {"04689104c2fd3b2f", "26955f6835af609a", "d887e0393c2da6e3"},
+    {"37d06bb516cb7546", "164d5e404f275232", "5f99d04f5b163969"},
+    {"1f08260d1ac2465e", "6b056e18759f5cca", "4a057a3b24d3977b"},
+    {"584023641aba6176", "004bd6ef09176062", "452031c1e4fada8e"},
+    {"025816164629b007", "480d39006ee762f2", "7555ae39f59b87bd"},
+    {"49793ebc79b3258f", "437540c8698f3cfa", "53c55f9cb49fc019"},
+    {"4fb05e1515ab73a7", "072d43a077075292", "7a8e7bfa937e89a3"},
+    {"49e95d6d4ca229bf", "02fe55778117f12a", "cf9c5d7a4986adb5"},
+    {"018310dc409b26d6", "1d9d5c5018f728c2", "d1abb290658bc778"},
+    {"1c587f1c13924fef", "305532286d6f295a", "55cb3774d13ef201"},
+    {"0101010101010101", "0123456789abcdef", "fa34ec4847b268b2"},
+    {"1f1f1f1f0e0e0e0e", "0123456789abcdef", "a790795108ea3cae"},
+    {"e0fee0fef1fef1fe", "0123456789abcdef", "c39e072d9fac631d"},
+    {"0000000000000000", "ffffffffffffffff", "014933e0cdaff6e4"},
+    {"ffffffffffffffff", "0000000000000000", "f21e9a77b71c49bc"},
+    {"0123456789abcdef", "0000000000000000", "245946885754369a"},
+    {"fedcba9876543210", "ffffffffffffffff", "6b5c5a9c5d9e0a5a"},
+};
+
+// Of the same origin: one plain block under the first 1 to 24 bytes of one key.
+constexpr const char* longKey = "f0e1d2c3b4a5968778695a4b3c2d1e0f0011223344556677";
+constexpr const char* variableLength[] = {
+    "f9ad597c49db005e", "e91d21c1d961a6d6", "e9c2b70a1bc65cf3", "be1e639408640f05",
+    "b39e44481bdb1e6e", "9457aa83b1928c0d", "8bb77032f960629d", "e87a244e2cc85e82",
+    "15750e7a4f4ec577", "122ba70b3ab64ae0", "3a833c9affc537f6", "9409da87a90f6bf2",
+    "884f80625060b8b4", "1f85031c19e11968", "79d9373a714ca34f", "93142887ee3be15c",
+    "03429e838ce2d14b", "a4299e27469ff67b", "afd5aed1c1bc96a8", "10851c0e3858da9f",
+    "e6f51ed79b9db21f", "64a6e14afd36b46f", "80c7d7d45a5479ad", "05044b62fa52d080",
+};
+
+TEST(BlowFish, passesThePublishedVectorsBothWays)
+{
+    for (const Vector& vector : vectors) {
+        const BlowFish cipher = cipherOf(fromHex(vector.key));
+        EXPECT_EQ(toHex(encrypted(cipher, fromHex(vector.plain))), vector.secret) << vector.key;
+        EXPECT_EQ(toHex(decrypted(cipher, fromHex(vector.secret))), vector.plain) << vector.key;
+    }
+}
+
+TEST(BlowFish, takesKeysOfAnyLength)
+{
+    const Bytes key = fromHex(longKey);
+    for (std::size_t length = 1; length <= std::size(variableLength); ++length) {
+        const BlowFish cipher(key.data(), static_cast<std::int32_t>(length));
+        EXPECT_EQ(toHex(encrypted(cipher, fromHex("fedcba9876543210"))), variableLength[length - 1])
+            << length;
+    }
+}
+
+TEST(BlowFish, usesNoMoreThan56BytesOfTheKey)
+{
+    const Bytes key = test::someBytes(60);
+    const Bytes plain = test::someBytes(8);
+    const auto secretOf = [&](std::int32_t length) {
+        return toHex(encrypted(BlowFish(key.data(), length), plain));
+    };
+    EXPECT_EQ(secretOf(57), secretOf(56));
+    EXPECT_EQ(secretOf(60), secretOf(56));
+    EXPECT_NE(secretOf(55), secretOf(56));
+}
+
+struct Probe : BlowFish {
+    using BlowFish::BlowFish;
+    using BlowFish::decryptBlock, BlowFish::encryptBlock;
+};
+
+std::uint32_t mixedUnkeyed(std::uint32_t x)
+{
+    const auto& s = BlowFish::s_sbox;
+    return ((s[0][x >> 24] + s[1][x >> 16 & 255]) ^ s[2][x >> 8 & 255]) + s[3][x & 255];
+}
+
+// The network once more, round by round as it was published, on the tables without a key.
+TEST(BlowFish, withoutAKeyCiphersWithTheDigitsOfPi)
+{
+    EXPECT_EQ(BlowFish::s_pbox[0], 0x243F6A88u);
+    EXPECT_EQ(BlowFish::s_sbox[0][0], 0xD1310BA6u);
+    EXPECT_EQ(BlowFish::s_sbox[3][255], 0x3AC372E6u);
+
+    const std::uint32_t plain[2] = {0x01234567, 0x89ABCDEF};
+    std::uint32_t left = plain[0], right = plain[1];
+    for (int round = 0; round < 16; ++round) {
+        left ^= BlowFish::s_pbox[round];
+        right ^= mixedUnkeyed(left);
+        std::swap(left, right);
+    }
+    std::swap(left, right);
+    right ^= BlowFish::s_pbox[16];
+    left ^= BlowFish::s_pbox[17];
+
+    for (const std::int32_t length : {0, -1}) {
+        const Probe cipher(nullptr, length);
+        std::uint32_t words[2] = {plain[0], plain[1]};
+        cipher.encryptBlock(words[0], words[1]);
+        EXPECT_EQ(words[0], left) << length;
+        EXPECT_EQ(words[1], right) << length;
+        cipher.decryptBlock(words[0], words[1]);
+        EXPECT_EQ(words[0], plain[0]);
+        EXPECT_EQ(words[1], plain[1]);
+    }
+}
+
+// Blocks are worked on in groups, so each number of blocks and each overlap has its own way.
+TEST(BlowFish, ciphersBlockByBlockWhateverTheLengthAndThePlace)
+{
+    const BlowFish cipher = cipherOf(bytesOf("a key"));
+    for (std::int32_t blocks = 0; blocks <= 13; ++blocks) {
+        for (const std::ptrdiff_t shift : {0, 1, 8, 24, 31, 32, -1, -8, -24}) {
+            const Bytes content = test::someBytes(256);
+            const std::ptrdiff_t source = 64;
+            Bytes wanted = content;
+            for (std::ptrdiff_t at = 0; at < blocks * 8; at += 8) {
+                cipher.encrypt(&wanted[static_cast<std::size_t>(source + shift + at)],
+                               &wanted[static_cast<std::size_t>(source + at)], 8);
+            }
+            Bytes got = content;
+            cipher.encrypt(got.data() + source + shift, got.data() + source, blocks * 8);
+            EXPECT_EQ(toHex(got), toHex(wanted)) << blocks << " blocks moved by " << shift;
+        }
+        const Bytes plain = test::someBytes(static_cast<std::size_t>(blocks) * 8);
+        EXPECT_EQ(decrypted(cipher, encrypted(cipher, plain)), plain) << blocks;
+    }
+}
+
+TEST(BlowFish, refusesBrokenBlocksBeforeItWrites)
+{
+    const BlowFish cipher = cipherOf(bytesOf("key"));
+    for (const std::int32_t length : {7, 9, 63, -1, -7}) {
+        Bytes bytes = test::someBytes(64);
+        for (const bool forward : {true, false}) {
+            try {
+                if (forward) {
+                    cipher.encrypt(bytes.data(), bytes.data(), length);
+                } else {
+                    cipher.decrypt(bytes.data(), bytes.data(), length);
+                }
+                ADD_FAILURE() << length << " was taken";
+            } catch (const Exception& exception) {
+                EXPECT_EQ(exception.getDescription(), u"only supports 8 byte block boundaries");
+                EXPECT_EQ(exception.getResult(), E_FAIL);
+            }
+        }
+        EXPECT_EQ(bytes, test::someBytes(64)) << length;
+    }
+    cipher.encrypt(nullptr, nullptr, 0);
+    cipher.decrypt(nullptr, nullptr, -8);
+}
+
+TEST(BlowFish, servesSeveralThreadsWithOneObject)
+{
+    const BlowFish cipher = cipherOf(bytesOf("shared"));
+    const Bytes plain = test::someBytes(4096);
+    const Bytes secret = encrypted(cipher, plain);
+    std::atomic<int> faults{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 3; ++i) {
+        threads.emplace_back([&] {
+            for (int turn = 0; turn < 50; ++turn) {
+                if (encrypted(cipher, plain) != secret || decrypted(cipher, secret) != plain) {
+                    ++faults;
+                }
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(faults, 0);
+}
+
+TEST(BlowFish, clearsItsKeyWhenItGoes)
+{
+    alignas(BlowFish) unsigned char place[sizeof(BlowFish)];
+    const Bytes key = test::someBytes(16);
+    auto* const cipher = new (place) BlowFish(key.data(), 16);
+    std::uint32_t subkey = 0;
+    constexpr std::size_t lastOfTable = sizeof(BlowFish) - sizeof subkey;
+    std::memcpy(&subkey, place + lastOfTable, sizeof subkey);
+    EXPECT_NE(subkey, 0u);
+    cipher->~BlowFish();
+    EXPECT_EQ(std::count(place + sizeof(Object), place + sizeof place, 0),
+              static_cast<std::ptrdiff_t>(sizeof(BlowFish) - sizeof(Object)));
+}
+
+} // namespace
+} // namespace orv::crypto
