@@ -17,9 +17,11 @@ class ListIterator;
 template <class K, class V>
 class Map;
 template <class K, class V>
-class MapEntry;
+struct MapEntry;
 template <class T>
 class Set;
+template <class T>
+class TypedCursor;
 
 namespace quark {
 

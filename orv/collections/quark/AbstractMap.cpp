@@ -42,8 +42,7 @@ void AbstractMap::clear()
 
 bool AbstractMap::containsKey(const IORVUnknown* key) const
 {
-    const Reference<const Set> entries = createEntrySet();
-    for (const IORVUnknown* element : *entries) {
+    for (const IORVUnknown* element : createEntrySet()) {
         const Reference<IORVUnknown> own = entryOf(element).getKey();
         if (equalBy(m_keyComparator.get(), own.get(), key)) return true;
     }
@@ -52,8 +51,7 @@ bool AbstractMap::containsKey(const IORVUnknown* key) const
 
 bool AbstractMap::containsValue(const IORVUnknown* value) const
 {
-    const Reference<const Set> entries = createEntrySet();
-    for (const IORVUnknown* element : *entries) {
+    for (const IORVUnknown* element : createEntrySet()) {
         const Reference<IORVUnknown> own = entryOf(element).getValue();
         if (equalBy(m_valueComparator.get(), own.get(), value)) return true;
     }
@@ -62,8 +60,7 @@ bool AbstractMap::containsValue(const IORVUnknown* value) const
 
 Reference<IORVUnknown> AbstractMap::get(const IORVUnknown* key)
 {
-    const Reference<const Set> entries = createEntrySet();
-    for (const IORVUnknown* element : *entries) {
+    for (const IORVUnknown* element : createEntrySet()) {
         MapEntry& entry = entryOf(element);
         if (equalBy(m_keyComparator.get(), entry.getKey().get(), key)) return entry.getValue();
     }
@@ -82,8 +79,7 @@ Reference<IORVUnknown> AbstractMap::put(IORVUnknown*, IORVUnknown*)
 
 void AbstractMap::putAll(const Map& other)
 {
-    const Reference<const Set> entries = other.createEntrySet();
-    for (const IORVUnknown* element : *entries) {
+    for (const IORVUnknown* element : other.createEntrySet()) {
         MapEntry& entry = entryOf(element);
         put(entry.getKey().get(), entry.getValue().get());
     }
@@ -121,8 +117,7 @@ bool AbstractMap::equals(const Object& other) const
 std::uint32_t AbstractMap::hashCode() const
 {
     std::uint32_t sum = 0;
-    const Reference<const Set> entries = createEntrySet();
-    for (const IORVUnknown* element : *entries) sum += entryOf(element).hashCode();
+    for (const IORVUnknown* element : createEntrySet()) sum += entryOf(element).hashCode();
     return sum;
 }
 
@@ -130,8 +125,7 @@ std::int32_t AbstractMap::compareToMap(const Map& other) const
 {
     // Looking a value up changes nothing, though get() is not const.
     auto& others = const_cast<Map&>(other);
-    const Reference<const Set> entries = createEntrySet();
-    for (const IORVUnknown* element : *entries) {
+    for (const IORVUnknown* element : createEntrySet()) {
         MapEntry& entry = entryOf(element);
         const Reference<IORVUnknown> key = entry.getKey();
         const Reference<IORVUnknown> value = entry.getValue();

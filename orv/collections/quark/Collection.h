@@ -2,6 +2,7 @@
 
 #include "orv/IORVUnknown.h"
 #include "orv/Reference.h"
+#include "orv/collections/ReferenceRange.h"
 #include "orv/collections/quark/ElementCursor.h"
 #include "orv/collections/quark/Iterators.h"
 
@@ -78,7 +79,8 @@ public:
     /// Whether there are no elements.
     bool isEmpty() const { return getSize() == 0; }
 
-    /// The walk of a range-based `for`.
+    /// The walk of a range-based `for`. For a collection made on the spot, walk its Reference; see
+    /// ReferenceRange.h.
     ElementCursor begin() const { return ElementCursor(*this); }
     static std::default_sentinel_t end() noexcept { return std::default_sentinel; }
 
