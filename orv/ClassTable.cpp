@@ -11,12 +11,18 @@
 #include "orv/collections/quark/Map.h"
 #include "orv/exec/Thread.h"
 #include "orv/i18n/Locale.h"
+#include "orv/io/AlphaNumInputStream.h"
+#include "orv/io/AlphaNumOutputStream.h"
+#include "orv/io/BitInputStream.h"
+#include "orv/io/BitOutputStream.h"
 #include "orv/io/BufferedInputStream.h"
 #include "orv/io/BufferedOutputStream.h"
 #include "orv/io/BufferedReader.h"
 #include "orv/io/BufferedWriter.h"
 #include "orv/io/ByteArrayInputStream.h"
 #include "orv/io/ByteArrayOutputStream.h"
+#include "orv/io/DataInputStream.h"
+#include "orv/io/DataOutputStream.h"
 #include "orv/io/FilterInputStream.h"
 #include "orv/io/FilterOutputStream.h"
 #include "orv/io/FilterReader.h"
@@ -76,10 +82,14 @@ constexpr ClassRow row(const char16_t* name, Class::Factory factory = nullptr) n
 constexpr ClassRow rows[] = {
     row<util::AbstractByteBuffer>(u"CORVAbstractByteBuffer"),
     row<util::AbstractCharBuffer>(u"CORVAbstractCharBuffer"),
+    row<io::AlphaNumInputStream>(u"CORVAlphaNumInputStream"),
+    row<io::AlphaNumOutputStream>(u"CORVAlphaNumOutputStream"),
     row<collections::quark::ArrayList>(u"CORVArrayList", &make<collections::quark::ArrayList>),
     row<sync::Atomic>(u"CORVAtomic"),
     row<math::BigDecimal>(u"CORVBigDecimal", &make<math::BigDecimal>),
     row<math::BigInteger>(u"CORVBigInteger", &make<math::BigInteger>),
+    row<io::BitInputStream>(u"CORVBitInputStream"),
+    row<io::BitOutputStream>(u"CORVBitOutputStream"),
     row<text::charset::BTCSingleByte>(u"CORVBTCSingleByte"),
     row<text::charset::BTCSingleByteTable>(u"CORVBTCSingleByteTable"),
     row<io::BufferedInputStream>(u"CORVBufferedInputStream"),
@@ -99,6 +109,8 @@ constexpr ClassRow rows[] = {
     row<util::Comparator>(u"CORVComparator"),
     row<collections::quark::ConstIterator>(u"CORVConstIterator"),
     row<collections::quark::ConstListIterator>(u"CORVConstListIterator"),
+    row<io::DataInputStream>(u"CORVDataInputStream"),
+    row<io::DataOutputStream>(u"CORVDataOutputStream"),
     row<Double>(u"CORVDouble"),
     row<sync::Event>(u"CORVEvent", &make<sync::Event, nullptr, 0>),
     row<sync::FakeAtomic>(u"orv::sync::FakeAtomic"),

@@ -1,0 +1,32 @@
+#include "orv/io/Channels.h"
+
+#include "orv/Failure.h"
+#include "orv/io/IoStreamChannel.h"
+#include "orv/io/QuarkChannel.h"
+
+namespace orv::io {
+
+Reference<IChannel> Channels::adaptStreams(InputStream* in, OutputStream* out)
+{
+    return makeReference<IoStreamChannel>(in, out);
+}
+
+Reference<IInheritableChannel> Channels::adaptStreams(InputStream* in, OutputStream* out,
+                                                      const String& name)
+{
+    return makeReference<IoStreamChannel>(in, out, name);
+}
+
+Reference<IChannel> Channels::adaptQuarkChannel(quark::IORVChannel* channel)
+{
+    return makeReference<QuarkChannel>(channel);
+}
+
+Reference<IInheritableChannel> Channels::adaptQuarkWithInheritance(quark::IORVChannel* channel)
+{
+    String name;
+    throwIfFailed(channel->GetInheritableName(&name));
+    return makeReference<QuarkChannel>(channel);
+}
+
+} // namespace orv::io

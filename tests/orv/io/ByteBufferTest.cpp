@@ -1,0 +1,203 @@
+#include "orv/io/ByteBuffer.h"
+#include "orv/io/ByteBufferStreams.h"
+
+#include "orv/Exceptions.h"
+#include "tests/orv/io/Streams.h"
+
+#include <functional>
+
+namespace orv::io {
+namespace {
+
+using namespace std::string_view_literals;
+using test::PieceStream;
+using test::RecordingStream;
+using test::thrownBy;
+
+/// A buffer of its own with these bytes, position 0 and limit behind them.
+Reference<ByteBuffer> bufferOf(std::string_view bytes, ENUM_ORV_ENDIAN order = ORV_ENDIAN_LITTLE)
+{
+    auto buffer = makeReference<ByteBuffer>(static_cast<unsigned>(bytes.size()), order, false);
+    for (const char byte : bytes) buffer->put(static_cast<signed char>(byte));
+    buffer->flip();
+    return buffer;
+}
+
+/// All bytes of the capacity.
+std::string bytesOf(const ByteBuffer& buffer)
+{
+    std::string bytes;
+    for (unsigned i = 0; i < buffer.getCapacity(); ++i) {
+        bytes += static_cast<char>(buffer.get(i));
+    }
+    return bytes;
+}
+
+TEST(ByteBuffer, laysOutNumbersInItsOrderAtAnyPlace)
+{
+    const std::string_view big = "?\1\2\3\4\5\6\7\10\11\12\13\14\15\16\x3F\xC0\0\0\xBF\xF8"
+                                 "\0\0\0\0\0\0"sv;
+    const std::string_view little = "?\2\1\6\5\4\3\16\15\14\13\12\11\10\7\0\0\xC0\x3F\0\0\0\0\0\0"
+                                    "\xF8\xBF"sv;
+    for (const auto& [order, bytes] :
+         {std::pair{ORV_ENDIAN_BIG, big}, {ORV_ENDIAN_LITTLE, little}, {ORV_ENDIAN_MIXED, big}}) {
+        ByteBuffer relative(27u, order, false), absolute(27u, order, false);
+        relative.put('?');
+        relative.putInt16(0x0102);
+        relative.putInt32(0x03040506);
+        relative.putInt64(0x0708090A0B0C0D0E);
+        relative.putFloat(1.5F);
+        relative.putDouble(-1.5);
+        EXPECT_EQ(bytesOf(relative), bytes);
+        relative.flip();
+        absolute.put(0u, relative.get());
+        absolute.putInt16(1, relative.getInt16());
+        absolute.putInt32(3, relative.getInt32());
+        absolute.putInt64(7, relative.getInt64());
+        absolute.putFloat(15, relative.getFloat());
+        absolute.putDouble(19, relative.getDouble());
+        EXPECT_EQ(bytesOf(absolute), bytes);
+        EXPECT_EQ(absolute.getInt16(1) + absolute.getInt32(3), 0x0102 + 0x03040506);
+        EXPECT_EQ(absolute.getInt64(7), 0x0708090A0B0C0D0E);
+        EXPECT_EQ(static_cast<double>(absolute.getFloat(15)) + absolute.getDouble(19), 0);
+    }
+}
+
+TEST(ByteBuffer, keepsPositionBelowLimitBelowCapacity)
+{
+    ByteBuffer buffer(4u, ORV_ENDIAN_BIG, false);
+    buffer.setLimit(3);
+    buffer.setPosition(3);
+    EXPECT_EQ(thrownBy<RangeErrorException>([&] { buffer.setPosition(4); }), u"");
+    EXPECT_EQ(thrownBy<RangeErrorException>([&] { buffer.setLimit(5); }), u"");
+    buffer.put(3u, 7);
+    EXPECT_EQ(buffer.get(), 7) << "single values don't look at the limit";
+    signed char bytes[4] = {};
+    EXPECT_EQ(buffer.get(bytes, 4), 0u) << "the position is above the limit";
+    buffer.rewind();
+    EXPECT_EQ(buffer.get(1u, bytes, 4), 2u);
+    EXPECT_EQ(buffer.put(bytes, 2), 2u);
+    EXPECT_EQ(buffer.put(bytes, 2), 1u);
+    buffer.setLimit(1);
+    EXPECT_EQ(buffer.getPosition(), 3u);
+    buffer.clear();
+    EXPECT_EQ(buffer.remaining(), 4u);
+}
+
+TEST(ByteBuffer, readOnlyRefusesEveryPut)
+{
+    const signed char bytes[8] = {1, 2, 3, 4, 5, 6, 7, 8};
+    ByteBuffer buffer(bytes, 8, ORV_ENDIAN_LITTLE);
+    const std::function<void()> puts[] = {
+        [&] { buffer.put(0u, 0); },      [&] { buffer.put(0u, bytes, 1); },
+        [&] { buffer.putInt16(0, 0); },  [&] { buffer.putInt32(0, 0); },
+        [&] { buffer.putInt64(0, 0); },  [&] { buffer.putFloat(0, 0); },
+        [&] { buffer.putDouble(0, 0); }, [&] { buffer.put(bytes, 1); },
+        [&] { buffer.putInt32(0); },     [&] { buffer.putDouble(0); },
+    };
+    for (const auto& put : puts) EXPECT_EQ(thrownBy<ReadOnlyException>(put), u"");
+    EXPECT_EQ(buffer.getPosition(), 0u);
+    EXPECT_EQ(thrownBy<ReadOnlyException>([&] { buffer.put(9); }), u"");
+    EXPECT_EQ(buffer.getPosition(), 1u) << "this one moves first";
+}
+
+TEST(ByteBuffer, comparesAndHashesAllItsBytes)
+{
+    const auto a = bufferOf("ab\x80");
+    const auto b = bufferOf("ab\x7F");
+    const auto longer = bufferOf("ab\x80\0"sv);
+    EXPECT_EQ(a->compareTo(*b), 1) << "bytes have no sign here";
+    EXPECT_EQ(b->compareTo(*a), -1);
+    EXPECT_EQ(b->compareTo(*longer), -1);
+    EXPECT_EQ(thrownBy<CastFailedException>([&] { a->compareTo(String()); }), u"");
+    EXPECT_FALSE(a->equals(*b) || a->equals(*longer) || a->equals(String()));
+    b->put(2u, -128);
+    b->setLimit(1);
+    EXPECT_TRUE(a->equals(*b));
+    EXPECT_EQ(a->hashCode(), ('a' * 37u + 'b') * 37u - 128u);
+    // From 64 bytes on, every second one counts.
+    const auto many = bufferOf(std::string(64, 'x')), odd = bufferOf(std::string(64, 'x'));
+    odd->put(63u, 'y');
+    EXPECT_EQ(odd->hashCode(), many->hashCode());
+    odd->put(62u, 'y');
+    EXPECT_EQ(odd->hashCode(), many->hashCode() + 1);
+}
+
+TEST(ByteBuffer, copiesShareTheArrayWhichGoesWithTheLast)
+{
+    auto first = bufferOf("abc");
+    const auto copy = makeReference<ByteBuffer>(*first);
+    copy->put(0u, 'A');
+    ByteBuffer third(0u, ORV_ENDIAN_LITTLE, false), keeper(third);
+    third = *copy;
+    first = nullptr;
+    signed char mine[2] = {'x', 'y'};
+    copy->setBuffer(mine, 2, ORV_ENDIAN_BIG, false);
+    EXPECT_EQ(bytesOf(*copy), "xy");
+    EXPECT_EQ(bytesOf(third), "Abc");
+    const auto refused = [&] { third.setBuffer(mine, 2, ORV_ENDIAN_MIXED, true); };
+    EXPECT_EQ(thrownBy<UnsupportedOperationException>(refused), u"");
+    EXPECT_EQ(bytesOf(third), "xy");
+    EXPECT_EQ(third.getOrder(), ORV_ENDIAN_LITTLE);
+}
+
+TEST(ByteBuffer, duplicatesCopyAllAndSlicesViewTheRest)
+{
+    const auto source = bufferOf("abcdef", ORV_ENDIAN_BIG);
+    source->setPosition(2);
+    source->setLimit(4);
+    const auto same = source->duplicate(true, 0), wider = source->duplicate(false, 9);
+    EXPECT_EQ(bytesOf(*same), "abcdef");
+    EXPECT_TRUE(same->isReadOnly());
+    EXPECT_EQ(bytesOf(*wider).substr(0, 6), "abcdef");
+    EXPECT_EQ(wider->getPosition() + wider->getLimit(), 6u);
+    EXPECT_EQ(wider->getOrder(), ORV_ENDIAN_BIG);
+    EXPECT_EQ(thrownBy<RangeErrorException>([&] { source->duplicate(false, 5); }), u"");
+
+    const auto slice = source->slice();
+    slice->put('C');
+    EXPECT_EQ(bytesOf(*source), "abCdef");
+    EXPECT_EQ(bytesOf(*slice), "Cd");
+    EXPECT_TRUE(same->slice()->isReadOnly());
+}
+
+TEST(ByteBuffer, fillsFromStreamsAndEmptiesIntoThem)
+{
+    const auto buffer = makeReference<ByteBuffer>(7u, ORV_ENDIAN_LITTLE, false);
+    const auto in = makeReference<PieceStream>("abcdefghi", 3u);
+    EXPECT_EQ(buffer->readFrom(in.get()), 3u);
+    EXPECT_EQ(buffer->readFully(in.get()), 4u);
+    EXPECT_EQ(buffer->readFrom(in.get()), 0u);
+    EXPECT_EQ(in->position, 7u);
+    buffer->flip();
+    buffer->setPosition(2);
+    const auto out = makeReference<RecordingStream>();
+    EXPECT_EQ(buffer->writeTo(out.get()), 5u);
+    EXPECT_EQ(buffer->writeTo(out.get()), 0u);
+    EXPECT_EQ(out->content, "cdefg");
+    buffer->clear();
+    EXPECT_EQ(buffer->readFully(in.get()), 2u);
+    EXPECT_EQ(buffer->getPosition(), 2u);
+}
+
+TEST(ByteBufferStreams, stayBelowTheLimit)
+{
+    const auto buffer = bufferOf("abcd");
+    const auto in = makeReference<ByteBufferInputStream>(buffer.get());
+    EXPECT_EQ(test::readOnce(*in, 3), "abc");
+    EXPECT_EQ(test::readOnce(*in, 0), "");
+    EXPECT_EQ(test::readOnce(*in, 3), "d");
+    EXPECT_EQ(test::readOnce(*in, 0), "|-1");
+    buffer->clear();
+    buffer->setLimit(3);
+    const auto out = makeReference<ByteBufferOutputStream>(buffer.get());
+    out->write("ABC", 3);
+    out->write("", 0);
+    EXPECT_EQ(out->Overflowed(), 0);
+    out->write("D", 1);
+    EXPECT_EQ(out->Overflowed(), 1);
+    EXPECT_EQ(bytesOf(*buffer), "ABCd");
+}
+
+} // namespace
+} // namespace orv::io

@@ -1,0 +1,169 @@
+#include "orv/io/Channels.h"
+
+#include "orv/Exceptions.h"
+#include "orv/io/ByteBuffer.h"
+#include "orv/io/IoStreamChannel.h"
+#include "orv/io/LockingChannel.h"
+#include "orv/io/ReadWriteChannel.h"
+#include "tests/orv/io/Streams.h"
+
+#include <new>
+#include <thread>
+
+namespace orv::io {
+namespace {
+
+using test::codeThrownBy;
+using test::PieceStream;
+using test::RecordingStream;
+
+constexpr std::uint32_t NOT_AVAILABLE = 0x80004007;
+
+/// Some bytes and a buffer over them, from position 1 on.
+struct Bytes {
+    explicit Bytes(std::string_view content) : text(content) { buffer.setPosition(1); }
+    std::string text;
+    ByteBuffer buffer{reinterpret_cast<signed char*>(text.data()),
+                      static_cast<unsigned>(text.size()), ORV_ENDIAN_LITTLE, false};
+};
+
+struct Pair {
+    Reference<PieceStream> in = makeReference<PieceStream>("hello", 3u);
+    Reference<RecordingStream> out = makeReference<RecordingStream>();
+};
+
+/// A channel that throws what it is told.
+struct Throwing : ::orv::quark::Implements<Object, IChannel> {
+    int read(ByteBuffer&) override { fail(); }
+    int write(ByteBuffer&) override { fail(); }
+    [[noreturn]] void fail() const
+    {
+        if (kind == 0) throw IoException(u"broken");
+        if (kind == 1) throw ResultException(E_NOT_FOUND);
+        if (kind == 2) throw std::bad_alloc();
+        throw kind;
+    }
+    int kind = 0;
+};
+
+/// The component side of an object, whatever it is.
+template <class Object>
+Reference<quark::IORVChannel> componentOf(const Reference<Object>& object)
+{
+    void* found = nullptr;
+    EXPECT_EQ(object->QueryInterface(quark::IORVChannel::IID, &found), S_OK);
+    return Reference<quark::IORVChannel>::adopt(static_cast<quark::IORVChannel*>(found));
+}
+
+TEST(Channels, moveBuffersThroughStreams)
+{
+    const Pair pair;
+    const Reference<IChannel> channel = Channels::adaptStreams(pair.in.get(), pair.out.get());
+    // The component's channel between two adapters carries the same.
+    const auto quark = Channels::adaptQuarkChannel(componentOf(channel).get());
+    for (IChannel* side : {channel.get(), quark.get()}) {
+        pair.in->position = 0;
+        pair.out->content.clear();
+        Bytes bytes("0123456");
+        ByteBuffer& buffer = bytes.buffer;
+        EXPECT_EQ(side->read(buffer), 3);
+        EXPECT_EQ(side->read(buffer), 2);
+        EXPECT_EQ(bytes.text, "0hello6");
+        EXPECT_EQ(buffer.getPosition(), 6u);
+        EXPECT_EQ(side->read(buffer), -1);
+        EXPECT_EQ(buffer.getPosition(), 5u) << "the end moves back";
+        buffer.setPosition(2);
+        EXPECT_EQ(side->write(buffer), 5);
+        EXPECT_EQ(pair.out->content, "ello6");
+        EXPECT_EQ(buffer.getPosition(), 7u);
+        buffer.rewind();
+        EXPECT_EQ(side->read(buffer), -1);
+        EXPECT_EQ(buffer.getPosition(), 0xFFFFFFFF) << "also from 0, without a check";
+        buffer.setPosition(6);
+        pair.in->position = 0;
+        EXPECT_EQ(side->read(buffer), 1) << "no more than there is room for";
+    }
+}
+
+TEST(Channels, tellTheNameOfAnInheritableChannelOnly)
+{
+    const Pair pair;
+    const auto nameless = makeReference<IoStreamChannel>(pair.in.get(), pair.out.get());
+    EXPECT_EQ(codeThrownBy([&] { nameless->getInheritableName(); }), NOT_AVAILABLE);
+    String name(u"before");
+    EXPECT_EQ(componentOf(nameless)->GetInheritableName(&name), E_NOT_AVAILABLE);
+    const auto component = componentOf(nameless);
+    EXPECT_EQ(codeThrownBy([&] { Channels::adaptQuarkWithInheritance(component.get()); }),
+              NOT_AVAILABLE);
+
+    const auto named = Channels::adaptStreams(pair.in.get(), pair.out.get(), u"socket=7");
+    EXPECT_EQ(named->getInheritableName(), u"socket=7");
+    const auto quark = Channels::adaptQuarkWithInheritance(componentOf(named).get());
+    EXPECT_EQ(quark->getInheritableName(), u"socket=7");
+
+    const auto joined = makeReference<ReadWriteChannel>(named.get(), named.get());
+    EXPECT_EQ(componentOf(joined)->GetInheritableName(&name), E_NOT_AVAILABLE);
+    EXPECT_EQ(name, u"before");
+}
+
+TEST(ReadWriteChannel, joinsTwoSidesAndLetsNoExceptionOut)
+{
+    const Pair pair;
+    const Reference<IChannel> streams = Channels::adaptStreams(pair.in.get(), pair.out.get());
+    const auto throwing = makeReference<Throwing>();
+    const auto reading = makeReference<ReadWriteChannel>(streams.get(), throwing.get());
+    Bytes fill("012");
+    EXPECT_EQ(reading->read(fill.buffer), 2);
+    EXPECT_EQ(test::thrownBy([&] { reading->write(fill.buffer); }), u"broken");
+
+    signed char bytes[4] = {};
+    std::int32_t n = 4;
+    EXPECT_EQ(componentOf(reading)->Read(bytes, &n), S_OK);
+    EXPECT_EQ(n, 3);
+    EXPECT_EQ(std::string(bytes, bytes + 3), "llo");
+    EXPECT_EQ(componentOf(reading)->Read(bytes, &n), S_OK);
+    EXPECT_EQ(n, -1) << "the end of the stream";
+    EXPECT_EQ(componentOf(reading)->Read(bytes, &n), E_INVALIDARG);
+
+    const auto writing =
+        componentOf(makeReference<ReadWriteChannel>(throwing.get(), streams.get()));
+    n = 2;
+    EXPECT_EQ(writing->Write(bytes, &n), S_OK);
+    EXPECT_EQ(n, 2);
+    EXPECT_EQ(pair.out->content, "ll");
+    for (const Result result : {E_FAIL, E_NOT_FOUND, E_OUTOFMEMORY, E_FAIL}) {
+        EXPECT_EQ(writing->Read(bytes, &n), result) << throwing->kind;
+        EXPECT_EQ(n, 2) << "left alone";
+        ++throwing->kind;
+    }
+    const auto quark = Channels::adaptQuarkChannel(writing.get());
+    EXPECT_EQ(codeThrownBy([&] { quark->read(fill.buffer); }), 0x80004005);
+    EXPECT_EQ(fill.buffer.getPosition(), 3u);
+}
+
+TEST(LockingChannel, locksOnlyByItsBrackets)
+{
+    const Pair pair;
+    const Reference<IChannel> streams = Channels::adaptStreams(pair.in.get(), pair.out.get());
+    const auto channel = makeReference<LockingChannel>(streams.get(), "exchange");
+    bool locked = true;
+    Bytes fill("0123456");
+    const auto elsewhere = [&] {
+        std::thread([&] {
+            locked = channel->tryWait();
+            channel->read(fill.buffer);
+            if (locked) channel->signal();
+        }).join();
+    };
+    channel->wait();
+    elsewhere();
+    EXPECT_FALSE(locked);
+    EXPECT_EQ(fill.text, "0hel456") << "read without the lock";
+    channel->signal();
+    elsewhere();
+    EXPECT_TRUE(locked);
+    EXPECT_EQ(channel->write(fill.buffer), 1);
+}
+
+} // namespace
+} // namespace orv::io
