@@ -21,6 +21,7 @@ struct Command {
 };
 
 extern const Command about;
+extern const Command alphanum;
 extern const Command calc;
 extern const Command cipher;
 extern const Command classes;

