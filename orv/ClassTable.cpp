@@ -53,6 +53,7 @@
 #include "orv/text/charset/UTF8Converters.h"
 #include "orv/util/Comparator.h"
 #include "orv/util/FilePath.h"
+#include "orv/util/Guid.h"
 #include "orv/util/MTByteBuffer.h"
 #include "orv/util/MTCharBuffer.h"
 
@@ -122,6 +123,7 @@ constexpr ClassRow rows[] = {
     row<io::FilterWriter>(u"CORVFilterWriter"),
     row<Float>(u"CORVFloat"),
     row<sync::Gate>(u"CORVGate", &make<sync::Gate, nullptr, 0>),
+    row<util::Guid>(u"CORVGuid"),
     row<collections::quark::HashMap>(u"CORVHashMap", &make<collections::quark::HashMap>),
     row<io::InputStream>(u"CORVInputStream"),
     row<io::InputStreamReader>(u"CORVInputStreamReader"),

@@ -2,11 +2,16 @@
 
 #include "orv/Class.h"
 #include "orv/Failure.h"
+#include "orv/Integers.h"
 #include "orv/Reference.h"
+#include "orv/String.h"
+#include "orv/collections/internal/ExactType.h"
 
 namespace orv::util {
 
 namespace {
+
+using collections::internal::exactly;
 
 /// `element` as something with an order and a hash, or null.
 Reference<IORVComparable> comparable(const IORVUnknown* element)
@@ -66,8 +71,23 @@ std::uint32_t Comparator::hash(const Object& object) const
     return object.hashCode();
 }
 
+// Strings and Integer32s, which most keys and elements are, answer for themselves without being
+// asked for their interface first.
+
 Result Comparator::Compare(const IORVUnknown* a, const IORVUnknown* b, std::int32_t* result) const
 {
+    const auto* const text = exactly<String>(a);
+    const auto* const otherText = text != nullptr ? exactly<String>(b) : nullptr;
+    if (otherText != nullptr) {
+        *result = 0;
+        return resultOf([&] { *result = text->compare(*otherText, false); });
+    }
+    const auto* const number = exactly<Integer32>(a);
+    const auto* const otherNumber = number != nullptr ? exactly<Integer32>(b) : nullptr;
+    if (otherNumber != nullptr) {
+        *result = number->compareTo(static_cast<const Number&>(*otherNumber));
+        return S_OK;
+    }
     if (const auto ordered = comparable(a)) return ordered->CompareTo(b, result);
     *result = compareAddresses(a, b);
     return S_OK;
@@ -75,6 +95,14 @@ Result Comparator::Compare(const IORVUnknown* a, const IORVUnknown* b, std::int3
 
 Result Comparator::Hash(const IORVUnknown* a, std::uint32_t* result) const
 {
+    if (const auto* const text = exactly<String>(a)) {
+        *result = 0;
+        return resultOf([&] { *result = text->String::hashCode(); });
+    }
+    if (const auto* const number = exactly<Integer32>(a)) {
+        *result = number->Integer32::hashCode();
+        return S_OK;
+    }
     if (const auto hashed = comparable(a)) return hashed->HashCode(result);
     *result = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(a));
     return S_OK;

@@ -1,0 +1,72 @@
+#include "orv/util/StringTokenizer.h"
+
+#include "orv/Exception.h"
+#include "tests/support/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace orv::util {
+namespace {
+
+/// The tokens that are left, each in brackets.
+String rest(StringTokenizer& tokens)
+{
+    String all;
+    while (tokens.hasMoreTokens()) all.append(u"[").append(tokens.nextToken()).append(u"]");
+    return all;
+}
+
+TEST(StringTokenizer, cutsAtDelimiters)
+{
+    struct Row {
+        const char16_t* text;
+        const char16_t* delimiters;
+        bool returned;
+        const char16_t* tokens;
+        int count;
+    };
+    for (const Row& row : {Row{u"a,,b", u",", true, u"[a][,][,][b]", 4},
+                           {u"a,,b", u",", false, u"[a][b]", 2},
+                           {u",a,b,,", u",", false, u"[a][b]", 2},
+                           {u",a,", u",", true, u"[,][a][,]", 3},
+                           {u"", u",", false, u"", 0},
+                           {u"", u",", true, u"", 0},
+                           {u",,", u",", false, u"", 0},
+                           {u" a\tb\r\nc\fd\ve ", nullptr, false, u"[a][b][c][d\ve]", 4},
+                           {u"aXbxc", u"x", false, u"[aXb][c]", 2},
+                           {u"abc", u"", false, u"", 0},
+                           {u"abc", u"", true, u"[abc]", 1}}) {
+        StringTokenizer tokens(row.text, row.delimiters, row.returned);
+        EXPECT_EQ(tokens.getTokenCount(), row.count) << test::readable(row.text);
+        EXPECT_EQ(rest(tokens), row.tokens) << test::readable(row.text);
+        EXPECT_EQ(tokens.getTokenCount(), 0);
+        try {
+            tokens.nextToken();
+            ADD_FAILURE() << test::readable(row.text);
+        } catch (const Exception& exception) {
+            EXPECT_EQ(exception.getDescription(), u"No such element");
+        }
+    }
+}
+
+TEST(StringTokenizer, looksAheadWithoutMoving)
+{
+    StringTokenizer tokens(u" a b c", u" ", false);
+    EXPECT_TRUE(tokens.hasMoreTokens());
+    EXPECT_TRUE(tokens.hasMoreTokens());
+    EXPECT_EQ(tokens.nextToken(), u"a");
+    EXPECT_EQ(tokens.getTokenCount(), 2);
+    EXPECT_EQ(tokens.nextToken(), u"b");
+}
+
+TEST(StringTokenizer, newDelimitersHoldFromTheOnesInFront)
+{
+    StringTokenizer tokens(u"a b;c;d e", u" ", false);
+    EXPECT_EQ(tokens.nextToken(), u"a");
+    EXPECT_TRUE(tokens.hasMoreTokens());
+    EXPECT_EQ(tokens.nextToken(u";"), u" b") << "the blank that was looked over is back";
+    EXPECT_EQ(rest(tokens), u"[c][d e]");
+}
+
+} // namespace
+} // namespace orv::util
