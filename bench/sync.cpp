@@ -1,3 +1,5 @@
+#include "orv/exec/Thread.h"
+#include "orv/sync/Condition.h"
 #include "orv/sync/Event.h"
 #include "orv/sync/Mutex.h"
 #include "orv/sync/ReaderWriterLock.h"
@@ -17,18 +19,21 @@
 #include <QMutex>
 #include <QReadWriteLock>
 #include <QSemaphore>
+#include <QThread>
 #include <QWaitCondition>
 #endif
 #if __has_include(<Poco/Mutex.h>)
+#include <Poco/Condition.h>
 #include <Poco/Event.h>
 #include <Poco/Mutex.h>
 #include <Poco/RWLock.h>
 #include <Poco/Semaphore.h>
+#include <Poco/Thread.h>
 #endif
 
-// Locks alone and contended, semaphores and self-resetting events alone and handed over between
-// two threads. "pinned" figures, with all threads on one processor, tell the code apart from the
-// cost of waking an idle processor: taskset -c 0.
+// Locks alone and contended; semaphores, self-resetting events and conditions alone and handed over
+// between two threads; threads that are started and joined. "pinned" figures, with all threads on
+// one processor, tell the code apart from the cost of waking an idle processor: taskset -c 0.
 
 namespace orv::bench {
 namespace {
@@ -90,6 +95,16 @@ void addSignal(const std::string& kind, const char* peer)
     })->UseRealTime();
 }
 
+/// `Run` starts a thread that does nothing and joins it.
+template <class Run>
+void addThread(const char* peer)
+{
+    addCase("thread/start_join", peer, [](benchmark::State& state) {
+        Run run;
+        for (auto _ : state) run();
+    })->UseRealTime();
+}
+
 // The library
 
 struct OrvMutex {
@@ -109,6 +124,35 @@ struct OrvWrite {
 };
 struct OrvSemaphore : sync::Semaphore {
     OrvSemaphore() : Semaphore(0) {}
+};
+
+struct OrvCondition {
+    sync::Condition condition;
+    bool set = false;
+    void signal()
+    {
+        const sync::Condition::Holder guard(condition);
+        set = true;
+        condition.signal();
+    }
+    void wait()
+    {
+        const sync::Condition::Holder guard(condition);
+        while (!set) condition.wait();
+        set = false;
+    }
+};
+struct OrvThread {
+    struct Nothing : quark::Implements<Object, exec::IRunnable> {
+        void* run() override { return nullptr; }
+    };
+    const Reference<Nothing> nothing = makeReference<Nothing>();
+    void operator()() const
+    {
+        exec::Thread thread(nothing.get());
+        thread.start();
+        thread.join();
+    }
 };
 
 // The standard library
@@ -141,6 +185,13 @@ struct StdEvent {
     }
 };
 
+struct StdThread {
+    void operator()() const
+    {
+        std::thread([] {}).join();
+    }
+};
+
 void addStd()
 {
     addLock<std::mutex>("mutex_lock_unlock", "std");
@@ -149,6 +200,8 @@ void addStd()
     addLock<std::shared_mutex>("rwlock_write", "std");
     addSignal<StdSemaphore>("semaphore", "std");
     addSignal<StdEvent>("event", "std_condition");
+    addSignal<StdEvent>("condition", "std");
+    addThread<StdThread>("std");
 }
 
 #if __has_include(<QMutex>)
@@ -185,6 +238,18 @@ struct QtEvent {
     }
 };
 
+struct QtThread {
+    struct Nothing : QThread {
+        void run() override {}
+    };
+    void operator()() const
+    {
+        Nothing thread;
+        thread.start();
+        thread.wait();
+    }
+};
+
 void addQt()
 {
     addLock<QMutex>("mutex_lock_unlock", "qt");
@@ -193,6 +258,8 @@ void addQt()
     addLock<QtWrite>("rwlock_write", "qt");
     addSignal<QtSemaphore>("semaphore", "qt");
     addSignal<QtEvent>("event", "qt_condition");
+    addSignal<QtEvent>("condition", "qt");
+    addThread<QtThread>("qt");
 }
 #endif
 
@@ -218,6 +285,32 @@ struct PocoEvent {
     void wait() { event.wait(); }
 };
 
+struct PocoCondition {
+    Poco::FastMutex mutex;
+    Poco::Condition condition;
+    bool set = false;
+    void signal()
+    {
+        const Poco::FastMutex::ScopedLock guard(mutex);
+        set = true;
+        condition.signal();
+    }
+    void wait()
+    {
+        const Poco::FastMutex::ScopedLock guard(mutex);
+        while (!set) condition.wait(mutex);
+        set = false;
+    }
+};
+struct PocoThread {
+    void operator()() const
+    {
+        Poco::Thread thread;
+        thread.startFunc([] {});
+        thread.join();
+    }
+};
+
 void addPoco()
 {
     addLock<Poco::FastMutex>("mutex_lock_unlock", "poco");
@@ -226,6 +319,8 @@ void addPoco()
     addLock<PocoWrite>("rwlock_write", "poco");
     addSignal<PocoSemaphore>("semaphore", "poco");
     addSignal<PocoEvent>("event", "poco");
+    addSignal<PocoCondition>("condition", "poco");
+    addThread<PocoThread>("poco");
 }
 #endif
 
@@ -237,6 +332,8 @@ const bool registered = [] {
     addLock<OrvWrite>("rwlock_write", LIBRARY);
     addSignal<OrvSemaphore>("semaphore", LIBRARY);
     addSignal<sync::Event>("event", LIBRARY);
+    addSignal<OrvCondition>("condition", LIBRARY);
+    addThread<OrvThread>(LIBRARY);
     addStd();
 #if __has_include(<QMutex>)
     addQt();

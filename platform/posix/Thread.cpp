@@ -1,7 +1,6 @@
 #include "platform/threads.h"
 
 #include "platform/posix/internal/Deadline.h"
-#include "platform/posix/internal/Futex.h"
 #include "platform/posix/internal/Record.h"
 
 #include <algorithm>
@@ -18,26 +17,32 @@
 namespace orvcore {
 namespace {
 
+/// Shared by the new thread, until it knows what to run, and the owner of the handle.
 struct ThreadRecord {
+    ThreadRecord(ORVThreadEntry entryOf, void* argumentOf) noexcept
+        : entry(entryOf), argument(argumentOf)
+    {
+    }
+    const ORVThreadEntry entry;
+    void* const argument;
     pthread_t thread{};
+    std::atomic<std::uint32_t> id{0};
+    std::atomic<std::uint32_t> owners{2};
 };
 
-/// What the creator and the new thread tell each other. It lives on the creator's stack, until the
-/// identifier is there.
-struct Start {
-    ORVThreadEntry entry;
-    void* argument;
-    std::atomic<std::uint32_t> id{0};
-};
+void release(ThreadRecord* record) noexcept
+{
+    if (record->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) destroyRecord(record);
+}
 
 // What unwinds a cancelled thread is no object, which the sanitizer would take as a fault here.
 __attribute__((no_sanitize("null"))) void* runThread(void* argument)
 {
-    auto* const start = static_cast<Start*>(argument);
-    const ORVThreadEntry entry = start->entry;
-    void* const entryArgument = start->argument;
-    start->id.store(currentThreadId(), std::memory_order_release);
-    futexWake(&start->id, 1);
+    auto* const record = static_cast<ThreadRecord*>(argument);
+    const ORVThreadEntry entry = record->entry;
+    void* const entryArgument = record->argument;
+    record->id.store(currentThreadId(), std::memory_order_release);
+    release(record);
     try {
         return entry(entryArgument);
     } catch (abi::__forced_unwind&) {
@@ -47,10 +52,18 @@ __attribute__((no_sanitize("null"))) void* runThread(void* argument)
     }
 }
 
-std::uint32_t awaitId(const Start& start) noexcept
+/// The identifier of a thread just made, without waiting for it to run: the system names the clock
+/// of a thread's processor time after the thread.
+std::uint32_t idOf(const ThreadRecord& record) noexcept
 {
+    constexpr int kindBits = 3;
+    clockid_t clock = 0;
+    if (::pthread_getcpuclockid(record.thread, &clock) == 0) {
+        return static_cast<std::uint32_t>(~(clock >> kindBits));
+    }
+    // It has run already and is gone.
     std::uint32_t id = 0;
-    while ((id = start.id.load(std::memory_order_acquire)) == 0) futexWait(&start.id, 0);
+    while ((id = record.id.load(std::memory_order_acquire)) == 0) ::sched_yield();
     return id;
 }
 
@@ -65,23 +78,24 @@ std::size_t usableStackSize(std::uint32_t wanted) noexcept
     return (size + page - 1) / page * page;
 }
 
-int createThread(pthread_t* thread, std::uint32_t stackSize, Start* start) noexcept
+// Signals are for the threads of the host, which expects its handlers to run there.
+int blockSignals(pthread_attr_t* attributes) noexcept
+{
+    sigset_t all;
+    ::sigfillset(&all);
+    return ::pthread_attr_setsigmask_np(attributes, &all);
+}
+
+int createThread(std::uint32_t stackSize, ThreadRecord* record) noexcept
 {
     pthread_attr_t attributes;
     int error = ::pthread_attr_init(&attributes);
     if (error != 0) return error;
-    if (stackSize != 0)
+    error = blockSignals(&attributes);
+    if (error == 0 && stackSize != 0) {
         error = ::pthread_attr_setstacksize(&attributes, usableStackSize(stackSize));
-
-    // Signals are for the threads of the host, which expects its handlers to run there.
-    sigset_t all;
-    sigset_t before;
-    ::sigfillset(&all);
-    if (error == 0) {
-        ::pthread_sigmask(SIG_SETMASK, &all, &before);
-        error = ::pthread_create(thread, &attributes, runThread, start);
-        ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     }
+    if (error == 0) error = ::pthread_create(&record->thread, &attributes, runThread, record);
     ::pthread_attr_destroy(&attributes);
     return error;
 }
@@ -115,18 +129,16 @@ ORVResult ORVThreadCreate(ORVThreadEntry entry, void* argument, std::uint32_t /*
                           std::uint32_t stackSize, ORVHandle* out, std::uint32_t* id) noexcept
 {
     if (entry == nullptr) return E_POINTER;
-    const ORVResult result = createRecord<ThreadRecord>(out);
+    const ORVResult result = createRecord<ThreadRecord>(out, entry, argument);
     if (result < 0) return result;
 
     auto* const record = recordOf<ThreadRecord>(*out);
-    Start start{entry, argument};
-    if (const int error = createThread(&record->thread, stackSize, &start)) {
+    if (const int error = createThread(stackSize, record)) {
         destroyRecord(record);
         *out = ORV_NO_HANDLE;
         return ORVResultFromNative(error);
     }
-    const std::uint32_t threadId = awaitId(start);
-    if (id != nullptr) *id = threadId;
+    if (id != nullptr) *id = idOf(*record);
     return S_OK;
 }
 
@@ -137,7 +149,7 @@ ORVResult ORVThreadJoin(ORVHandle thread, void** exitValue) noexcept
     void* value = nullptr;
     if (const int error = ::pthread_join(record->thread, &value)) return ORVResultFromNative(error);
     if (exitValue != nullptr) *exitValue = value;
-    destroyRecord(record);
+    release(record);
     return S_OK;
 }
 
@@ -146,6 +158,6 @@ ORVResult ORVThreadDetach(ORVHandle thread) noexcept
     auto* const record = recordOf<ThreadRecord>(thread);
     if (record == nullptr) return invalidHandle;
     if (const int error = ::pthread_detach(record->thread)) return ORVResultFromNative(error);
-    destroyRecord(record);
+    release(record);
     return S_OK;
 }

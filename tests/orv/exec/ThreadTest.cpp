@@ -2,13 +2,12 @@
 
 #include "orv/Exceptions.h"
 #include "orv/sync/Gate.h"
-#include "tests/support/Living.h"
+#include "tests/orv/exec/Jobs.h"
 #include "tests/support/Processes.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <stdexcept>
 
 #include <pthread.h>
@@ -16,20 +15,6 @@
 
 namespace orv::exec {
 namespace {
-
-class Job : public ::orv::quark::Implements<test::Living, IRunnable> {
-public:
-    explicit Job(std::function<void*()> work) : m_work(std::move(work)) {}
-    void* run() override { return m_work(); }
-
-private:
-    std::function<void*()> m_work;
-};
-
-Reference<Job> jobOf(std::function<void*()> work)
-{
-    return makeReference<Job>(std::move(work));
-}
 
 template <class Call>
 void expectRefusal(Call call, const char16_t* words)

@@ -1,0 +1,168 @@
+#include "orv/exec/Process.h"
+
+#include "orv/Exceptions.h"
+#include "tests/orv/exec/Jobs.h"
+#include "tests/support/Processes.h"
+#include "tests/support/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace orv::exec {
+namespace {
+
+constexpr Result notFound = makeResult(0x80070002u);
+constexpr Result brokenPipe = makeResult(0x8007006Du);
+
+std::string readAll(const Reference<io::InputStream>& in)
+{
+    std::string text;
+    char buffer[4096];
+    for (std::int32_t got = 0; (got = in->read(buffer, sizeof buffer)) > 0;) {
+        text.append(buffer, static_cast<std::size_t>(got));
+    }
+    return text;
+}
+
+void write(Process& process, const std::string& text)
+{
+    process.getOutputStream()->write(text.data(), static_cast<std::int32_t>(text.size()));
+}
+
+/// The result and the description that `call` is refused with.
+template <class Call>
+std::pair<Result, std::string> refusalOf(Call call)
+{
+    try {
+        call();
+    } catch (const Exception& refusal) {
+        return {refusal.getResult(), refusal.getDescription().getBytes(u"UTF-8")};
+    }
+    return {S_OK, "not refused"};
+}
+
+using Refusal = std::pair<Result, std::string>;
+
+std::size_t openDescriptors()
+{
+    const std::filesystem::directory_iterator all("/proc/self/fd");
+    return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+}
+
+TEST(Process, talksToItsChild)
+{
+    Process sort(nullptr, u"sort");
+    write(sort, "pear\nfig\n");
+    sort.getOutputStream()->flush();
+    write(sort, "apple\n");
+    sort.endOutput();
+    sort.endOutput();
+    EXPECT_EQ(refusalOf([&] { write(sort, "late"); }).first, makeResult(0x80070006u));
+    EXPECT_EQ(readAll(sort.getInputStream()), "apple\nfig\npear\n");
+    EXPECT_EQ(readAll(sort.getErrorStream()), "");
+    EXPECT_EQ(sort.join(), 0);
+}
+
+TEST(Process, carriesMoreThanItsPipesHold)
+{
+    // Copies its input to both outputs and, before that, fills the pipe of its standard error.
+    Process child(nullptr, u"sh -c \"head -c 1000000 /dev/zero >&2; tee /dev/stderr\"");
+    const std::string text(3'000'000, 'x');
+    const auto in = child.getInputStream();
+    const auto error = child.getErrorStream();
+    std::string errors;
+    const auto reader = startThread([&] { errors = readAll(error); });
+    const auto writer = startThread([&] {
+        write(child, text);
+        child.endOutput();
+    });
+    const std::string output = readAll(in);
+    writer->join();
+    reader->join();
+    EXPECT_EQ(output, text);
+    EXPECT_EQ(errors, std::string(1'000'000, '\0') + text);
+    EXPECT_EQ(child.join(), 0);
+}
+
+TEST(Process, thatCannotBeStartedIsAnExceptionAndLeavesNothingOpen)
+{
+    const std::size_t before = openDescriptors();
+    EXPECT_EQ(refusalOf([] { Process(u"/no/such/program"); }), Refusal(notFound, ""));
+    EXPECT_EQ(refusalOf([] { Process(nullptr, u"no-such-program x"); }), Refusal(notFound, ""));
+    EXPECT_EQ(refusalOf([] { Process(u"/etc/passwd"); }), Refusal(makeResult(0x80070005u), ""));
+    {
+        Process unread(u"C:\\bin\\sh", u"sh -c \"echo a; echo b >&2\"");
+        Process half(u"/bin/cat");
+        half.endOutput();
+        EXPECT_EQ(readAll(half.getInputStream()), "");
+    }
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST(Process, isRunningOrJoined)
+{
+    Process child(nullptr, u"sh -c \"read line; exit 7\"");
+    const Refusal notJoined(E_FAIL, "process has not been joined");
+    EXPECT_FALSE(child.tryJoin());
+    EXPECT_EQ(refusalOf([&] { child.getExitCode(); }), notJoined);
+    child.endOutput();
+    EXPECT_EQ(readAll(child.getInputStream()), "") << "ended";
+    EXPECT_EQ(refusalOf([&] { child.getExitCode(); }), notJoined);
+    EXPECT_TRUE(test::awaitTrue([&] { return child.tryJoin(); }));
+    EXPECT_EQ(child.getExitCode(), 7);
+    const Refusal joined(E_FAIL, "process already joined");
+    EXPECT_EQ(refusalOf([&] { child.tryJoin(); }), joined);
+    EXPECT_EQ(refusalOf([&] { child.join(); }), joined);
+    EXPECT_EQ(refusalOf([&] { child.getID(); }), Refusal(E_NOT_AVAILABLE, ""));
+    EXPECT_EQ(Process::getCurrentID(), static_cast<std::uint32_t>(::getpid()));
+
+    Process killed(nullptr, u"sh -c \"kill -9 $$\"");
+    EXPECT_EQ(killed.join(), 128 + SIGKILL);
+}
+
+TEST(Process, keepsItsPipesAsLongAsTheirStreams)
+{
+    Reference<io::InputStream> in;
+    {
+        Process cat(u"/bin/cat");
+        in = cat.getInputStream();
+        EXPECT_EQ(in, cat.getInputStream());
+        EXPECT_EQ(cat.getOutputStream(), cat.getOutputStream());
+        EXPECT_EQ(cat.getErrorStream(), cat.getErrorStream());
+        in->close();
+        cat.getOutputStream()->close();
+        write(cat, "still open");
+    }
+    EXPECT_EQ(readAll(in), "still open") << "and cat has read the end of its input";
+
+    Process gone(nullptr, u"true");
+    gone.join();
+    EXPECT_EQ(refusalOf([&] { write(gone, "nobody reads"); }).first, brokenPipe);
+}
+
+TEST(Process, childrenHoldNothingOfEachOther)
+{
+    // A child with another's pipe would keep that one's cat waiting for its end.
+    std::vector<Reference<Process>> children(24);
+    std::vector<Reference<Thread>> starters;
+    for (std::size_t first = 0; first < 4; ++first) {
+        starters.push_back(startThread([&children, first] {
+            for (std::size_t i = first; i < children.size(); i += 4) {
+                children[i] = makeReference<Process>(u"/bin/cat");
+            }
+        }));
+    }
+    for (const auto& starter : starters) starter->join();
+    for (const auto& child : children) {
+        write(*child, "x");
+        child->endOutput();
+        EXPECT_EQ(readAll(child->getInputStream()), "x");
+        EXPECT_EQ(child->join(), 0);
+    }
+}
+
+} // namespace
+} // namespace orv::exec

@@ -1,0 +1,8 @@
+// A library for SharedLibraryTest, which also defines the symbol orvSampleNothing as 0.
+
+#include "orv/Export.h"
+
+extern "C" ORV_API int orvSampleTwice(int number)
+{
+    return 2 * number;
+}
