@@ -8,6 +8,7 @@ template <class T>
 class ConstIterator;
 template <class T>
 class ConstListIterator;
+class IntegerHashMap;
 template <class T>
 class Iterator;
 template <class T>
@@ -20,6 +21,7 @@ template <class K, class V>
 struct MapEntry;
 template <class T>
 class Set;
+class StringHashMap;
 template <class T>
 class TypedCursor;
 

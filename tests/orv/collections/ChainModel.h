@@ -1,0 +1,116 @@
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace orv::test {
+
+/// The sampled hash of a text, unit by unit.
+inline std::uint32_t sampledHash(std::u16string_view text)
+{
+    const auto length = static_cast<std::int32_t>(text.size());
+    const std::int32_t step = (length - 32) / 32 + 1;
+    std::uint32_t hash = 0;
+    for (std::int32_t i = 0; i < length; i += step) {
+        hash = hash * 37 + text[static_cast<std::size_t>(i)];
+    }
+    return hash;
+}
+
+/// The tables of the hash maps, written down as they are told: a list for each bucket.
+class ChainModel {
+public:
+    struct Entry {
+        std::uint32_t hash;
+        std::int32_t key;
+        std::int32_t value;
+    };
+
+    ChainModel(std::int32_t capacity, float load)
+        : m_load(load), m_table(static_cast<std::size_t>(capacity < 1 ? 1 : capacity))
+    {
+    }
+
+    std::optional<std::int32_t> put(std::int32_t key, std::uint32_t hash, std::int32_t value)
+    {
+        if (Entry* const entry = find(key, hash)) return std::exchange(entry->value, value);
+        ++modifications;
+        if (size >= static_cast<std::int32_t>(static_cast<float>(m_table.size()) * m_load)) grow();
+        bucket(hash).push_front({hash, key, value});
+        ++size;
+        return {};
+    }
+
+    std::optional<std::int32_t> get(std::int32_t key, std::uint32_t hash)
+    {
+        Entry* const entry = find(key, hash);
+        return entry != nullptr ? std::optional(entry->value) : std::nullopt;
+    }
+
+    std::optional<std::int32_t> remove(std::int32_t key, std::uint32_t hash)
+    {
+        const auto value = get(key, hash);
+        if (!value) return value;
+        bucket(hash).remove_if([&](const Entry& entry) { return entry.key == key; });
+        ++modifications;
+        --size;
+        return value;
+    }
+
+    void clear()
+    {
+        for (auto& chain : m_table) chain.clear();
+    }
+
+    /// The entries from the first bucket to the last.
+    std::vector<Entry> upward() const
+    {
+        std::vector<Entry> entries;
+        for (const auto& chain : m_table) entries.insert(entries.end(), chain.begin(), chain.end());
+        return entries;
+    }
+
+    /// The keys from the last bucket to the first.
+    std::vector<std::int32_t> downward() const
+    {
+        std::vector<std::int32_t> keys;
+        for (auto chain = m_table.rbegin(); chain != m_table.rend(); ++chain) {
+            for (const Entry& entry : *chain) keys.push_back(entry.key);
+        }
+        return keys;
+    }
+
+    std::int32_t size = 0;
+    std::int32_t modifications = 0;
+
+private:
+    using Chain = std::list<Entry>;
+
+    Chain& bucket(std::uint32_t hash) { return m_table[hash % m_table.size()]; }
+
+    Entry* find(std::int32_t key, std::uint32_t hash)
+    {
+        for (Entry& entry : bucket(hash)) {
+            if (entry.key == key) return &entry;
+        }
+        return nullptr;
+    }
+
+    void grow()
+    {
+        std::vector<Chain> old(m_table.size() * 2 + 1);
+        old.swap(m_table);
+        for (auto chain = old.rbegin(); chain != old.rend(); ++chain) {
+            for (const Entry& entry : *chain) bucket(entry.hash).push_front(entry);
+        }
+    }
+
+    float m_load;
+    std::vector<Chain> m_table;
+};
+
+} // namespace orv::test
