@@ -37,9 +37,10 @@ TEST(PathNormalizer, foldsDotsAndSeparators)
         {u"a/b//c", u"a\\b\\c"},
     };
     PathNormalizer normalizer(PathNormalizer::SLASH_NATIVE);
-    for (const Row& row : rows)
+    for (const Row& row : rows) {
         EXPECT_EQ(normalizer.normalize(row.path), row.normal)
             << String(row.path).getBytes(u"UTF-8");
+    }
 }
 
 TEST(FilePath, answersForEachPart)

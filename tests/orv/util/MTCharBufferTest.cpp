@@ -19,7 +19,7 @@ namespace {
 std::u16string textOf(const MTCharBuffer& buffer)
 {
     const char16_t* const data = buffer.getReadLock();
-    const std::u16string text(data, static_cast<std::size_t>(buffer.getLength()));
+    std::u16string text(data, static_cast<std::size_t>(buffer.getLength()));
     buffer.releaseReadLock();
     return text;
 }
