@@ -23,7 +23,6 @@ constexpr std::uint32_t forReading = 0x80000000;
 constexpr std::uint32_t forWriting = 0x40000000;
 constexpr std::uint32_t create = 0x100;
 constexpr std::uint32_t truncate = 0x200;
-constexpr std::uint32_t append = 0x8;
 
 constexpr ORVResult failure(std::uint32_t number)
 {
@@ -77,14 +76,6 @@ protected:
         return file;
     }
 
-    std::string content(const std::u16string& name) const
-    {
-        const ORVHandle file = open(path(name), forReading);
-        std::string text = read(file);
-        EXPECT_EQ(ORVFileClose(file), S_OK);
-        return text;
-    }
-
     void put(const std::u16string& name, std::uint32_t flags, const std::string& bytes) const
     {
         const ORVHandle file = open(path(name), flags);
@@ -94,23 +85,6 @@ protected:
 
     std::filesystem::path m_folder;
 };
-
-TEST_F(Files, flagsCreateTruncateAndAppend)
-{
-    put(u"file", forWriting | create, "0123456789");
-    put(u"file", forWriting | create, "abc");
-    EXPECT_EQ(content(u"file"), "abc3456789");
-    put(u"file", forWriting | append, "+");
-    EXPECT_EQ(content(u"file"), "abc3456789+");
-    put(u"file", forWriting | truncate, "new");
-    EXPECT_EQ(content(u"file"), "new");
-
-    const ORVHandle both = open(path(u"file"), forReading | forWriting);
-    EXPECT_EQ(read(both), "new");
-    EXPECT_EQ(write(both, "er"), S_OK);
-    EXPECT_EQ(ORVFileClose(both), S_OK);
-    EXPECT_EQ(content(u"file"), "newer");
-}
 
 TEST_F(Files, pathsThatCannotBeOpenedFailWithTheirReason)
 {
@@ -177,15 +151,6 @@ TEST_F(Files, sizePositionTruncationAndWhatIsLeft)
     EXPECT_EQ(ORVFileGetSize(file, &number), failure(6));
     EXPECT_EQ(orvcore::seekFileToEnd(file, &number), failure(6));
     EXPECT_EQ(orvcore::flushFile(file), failure(6));
-}
-
-TEST_F(Files, aFullDeviceIsReported)
-{
-    const ORVHandle file = open(u"/dev/full", forWriting);
-    std::int32_t written = -1;
-    EXPECT_EQ(orvcore::writeFile(file, "abc", 3, &written), failure(112));
-    EXPECT_EQ(written, 0);
-    EXPECT_EQ(ORVFileClose(file), S_OK);
 }
 
 struct Pipe {

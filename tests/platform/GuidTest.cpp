@@ -9,23 +9,6 @@ namespace {
 constexpr GUID sample{0xE9DE4D9A, 0xBF89, 0x4A97, {0xB9, 0x74, 0x1F, 0x50, 0xBC, 0x5A, 0x8C, 0x61}};
 constexpr char16_t sampleText[] = u"{E9DE4D9A-BF89-4A97-B974-1F50BC5A8C61}";
 
-TEST(Guid, textFormGoesBothWays)
-{
-    char16_t text[39];
-    ASSERT_EQ(ORVComStringFromGUID(sample, text, 39), S_OK);
-    EXPECT_EQ(std::u16string(text), sampleText);
-    GUID read{};
-    ASSERT_EQ(ORVComGUIDFromString(text, &read), S_OK);
-    EXPECT_EQ(ORVComCompareGUID(read, sample), 0);
-
-    std::u16string lower = text;
-    ORVStrToLowerW(lower.data());
-    read = GUID{};
-    ASSERT_EQ(ORVComGUIDFromString(lower.c_str(), &read), S_OK);
-    EXPECT_EQ(ORVComCompareGUID(read, sample), 0);
-    EXPECT_EQ(ORVComStringFromGUID(sample, text, 38), ORVMakeResult(0x80004009));
-}
-
 TEST(Guid, everyOtherTextIsRefused)
 {
     GUID read = sample;

@@ -7,9 +7,14 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace orv::exec {
 namespace {
@@ -100,6 +105,44 @@ TEST(Process, thatCannotBeStartedIsAnExceptionAndLeavesNothingOpen)
         EXPECT_EQ(readAll(half.getInputStream()), "");
     }
     EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST(Process, cutsItsCommandLineAtBlanks)
+{
+    const std::pair<const char16_t*, const char*> rows[] = {
+        {u"printf [%s] a  b\tc", "[a][b][c]"},
+        {u"  printf [%s] \"a  b\" x\"y z\"w ", "[a  b][xy zw]"},
+        {u"printf [%s] \"\" \"open end", "[][open end]"},
+    };
+    for (const auto& [commandLine, output] : rows) {
+        EXPECT_EQ(readAll(Process(nullptr, commandLine).getInputStream()), output);
+    }
+    EXPECT_EQ(refusalOf([] { Process(nullptr, u"  "); }).first, E_INVALIDARG);
+}
+
+TEST(Process, startsInItsFolderWithItsEnvironmentAndNothingElse)
+{
+    const char16_t* const environment[] = {u"GREETING=good day", u"PATH=/bin", nullptr};
+    const int open = ::open("/dev/null", O_RDONLY); // without O_CLOEXEC
+    sigset_t all;
+    sigset_t before;
+    ::sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before);
+    const auto handler = ::signal(SIGPIPE, SIG_IGN);
+    Process child(u"C:\\bin\\sh",
+                  u"sh -c \"echo [$GREETING][$HOME]; pwd; echo /proc/self/fd/*; "
+                  u"grep -E 'SigBlk|SigIgn' /proc/self/status\"",
+                  u"\\usr\\bin", environment);
+    ::signal(SIGPIPE, handler);
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    const std::string output = readAll(child.getInputStream());
+    EXPECT_TRUE(output.starts_with("[good day][]\n/usr/bin\n")) << output;
+    EXPECT_EQ(output.find("/fd/" + std::to_string(open) + " "), std::string::npos) << output;
+    EXPECT_NE(output.find("SigBlk:\t0000000000000000"), std::string::npos) << output;
+    const std::size_t ignored = output.find("SigIgn:\t") + 8;
+    const auto bits = std::stoull(output.substr(ignored, 16), nullptr, 16);
+    EXPECT_EQ(bits & (1ull << (SIGPIPE - 1)), 0u) << output;
+    ::close(open);
 }
 
 TEST(Process, isRunningOrJoined)

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -15,6 +16,7 @@
 #include <string>
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace orv::ipc {
 namespace {
@@ -39,15 +41,44 @@ TEST(IpcSharedMemory, carriesBytesBetweenProcesses)
 }
 
 /// The result of opening memory of that name, described as it must be; E_FAIL if it is not.
-Result refusalOf(const std::string& name, std::uint32_t flags, const char16_t* description)
+Result refusalOf(const std::string& name, std::uint32_t size, std::uint32_t flags,
+                 const char16_t* description = u"Failed to open shared memory.")
 {
     try {
-        const SharedMemory memory(name.c_str(), 32u << 20, flags, 0600);
+        const SharedMemory memory(name.c_str(), size, flags, 0600);
     } catch (const ResultException& exception) {
         return exception.getDescription().equals(String(description)) ? exception.getResult()
                                                                       : E_FAIL;
     }
     return S_OK;
+}
+
+TEST(IpcSharedMemory, isRefusedWhereItIsAbsentOrTooSmall)
+{
+    const std::string name = uniqueName();
+    EXPECT_EQ(refusalOf(name, 0, SharedMemory::CREATE), E_INVALIDARG);
+    const SharedMemory memory(name.c_str(), 10, SharedMemory::CREATE, 0600);
+    EXPECT_EQ(refusalOf(name, 11, SharedMemory::CREATE), E_INVALIDARG);
+    EXPECT_EQ(refusalOf(name, 5, 0), S_OK);
+}
+
+TEST(IpcSharedMemory, ofAKilledProcessIsMadeAnew)
+{
+    const std::string name = uniqueName();
+    {
+        const test::SharedPage<std::atomic<int>> step;
+        test::ForkedChild child([&] {
+            const SharedMemory own(name.c_str(), 100, SharedMemory::CREATE, 0600);
+            *static_cast<char*>(own.get()) = 'o';
+            *step = 1;
+            for (;;) ::pause();
+            return 0;
+        });
+        EXPECT_TRUE(test::awaitTrue([&] { return *step == 1; }));
+    }
+    EXPECT_EQ(refusalOf(name, 100, 0), E_NOT_FOUND);
+    const SharedMemory memory(name.c_str(), 200, SharedMemory::CREATE, 0600);
+    EXPECT_EQ(*static_cast<char*>(memory.get()), 0);
 }
 
 /// Lets this process have so many bytes more than it has, and no more.
@@ -72,11 +103,11 @@ TEST(IpcSharedMemory, leavesNothingWhenItCannotBeAttached)
 {
     const std::string name = uniqueName();
     test::ForkedChild child([&] {
-        if (refusalOf(name, 0, u"Failed to open shared memory.") != E_NOT_FOUND) return 1;
+        if (refusalOf(name, 10, 0) != E_NOT_FOUND) return 1;
         const std::ptrdiff_t before = openDescriptors();
         allowMore(8u << 20);
         const Result result =
-            refusalOf(name, SharedMemory::CREATE, u"Failed to attach shared memory");
+            refusalOf(name, 32u << 20, SharedMemory::CREATE, u"Failed to attach shared memory");
         if (result != E_OUTOFMEMORY) return 2;
         return openDescriptors() == before ? 0 : 3;
     });
