@@ -27,6 +27,10 @@ namespace orvcore {
 /// Moves the position to the end of the file and tells it.
 [[nodiscard]] ORVCORE_API ORVResult seekFileToEnd(ORVHandle file, std::int64_t* position) noexcept;
 
+/// Cuts off the last `size` bytes that were written by this handle, unless others have written
+/// behind them.
+ORVCORE_API void takeBackFromFile(ORVHandle file, std::int32_t size) noexcept;
+
 /// Cuts the file to `size` bytes.
 [[nodiscard]] ORVCORE_API ORVResult truncateFile(ORVHandle file, std::int64_t size) noexcept;
 

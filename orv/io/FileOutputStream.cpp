@@ -170,7 +170,11 @@ void FileOutputStream::writeBytes(const signed char* bytes, std::int32_t n)
     if (n < 1) return;
     const LengthNote note(m_fileLock.get(), length);
     std::int32_t written = 0;
-    throwIfFailed(orvcore::writeFile(m_handle, bytes, n, &written));
+    const Result result = orvcore::writeFile(m_handle, bytes, n, &written);
+    if (failed(result) && written > 0 && !m_path.isEmpty()) {
+        orvcore::takeBackFromFile(m_handle, written);
+    }
+    throwIfFailed(result);
 }
 
 void FileOutputStream::flush()

@@ -26,7 +26,8 @@ namespace orv::io {
 /// behind it, which keep the others out, but not half of it from staying if its writer is killed.
 ///
 /// Failures are ResultException with the code of the system, such as 0x80070070 for a full disk.
-/// What had been written before stays, the failed write as far as it got.
+/// What had been written before stays; of the failed write nothing does, unless the stream was made
+/// from a handle or others have written behind it.
 ///
 /// Threads: one at a time; in the mode KEEPCLOSED any, for write(), flush(), open(), close() and
 /// getSize(). In the other modes two threads that write through one stream with a file lock may

@@ -158,6 +158,14 @@ ORVResult truncateFile(ORVHandle file, std::int64_t size) noexcept
     return S_OK;
 }
 
+void takeBackFromFile(ORVHandle file, std::int32_t size) noexcept
+{
+    const int descriptor = descriptorFromFileHandle(file);
+    const off_t position = lseek(descriptor, 0, SEEK_CUR);
+    if (position < size || lseek(descriptor, 0, SEEK_END) != position) return;
+    if (truncateFile(file, position - size) == S_OK) lseek(descriptor, 0, SEEK_END);
+}
+
 std::int32_t availableInFile(ORVHandle file) noexcept
 {
     const int descriptor = descriptorFromFileHandle(file);

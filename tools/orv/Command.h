@@ -28,5 +28,6 @@ extern const Command classes;
 extern const Command convert;
 extern const Command digest;
 extern const Command encodings;
+extern const Command log;
 
 } // namespace tool

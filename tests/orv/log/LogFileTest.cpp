@@ -1,0 +1,201 @@
+#include "orv/io/FileOutputStream.h"
+#include "orv/io/OutputStreamWriter.h"
+#include "orv/log/AsyncProcessor.h"
+#include "orv/log/MultiProcessor.h"
+#include "tests/orv/io/Streams.h"
+#include "tests/orv/log/Entries.h"
+#include "tests/support/Processes.h"
+#include "tests/support/Sanitizers.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <atomic>
+#include <map>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+#include <sys/resource.h>
+
+namespace orv::log {
+namespace {
+
+using io::FileOutputStream;
+using orv::test::ForkedChild;
+using orv::test::TemporaryFolder;
+
+const std::string LINE = "-------------------------\n";
+
+Reference<ILogProcessor> writerTo(const String& path, std::uint32_t mode)
+{
+    const auto bytes = makeReference<FileOutputStream>(path, mode);
+    const auto text = makeReference<io::OutputStreamWriter>(bytes.get(), u"UTF-8", 0x4000);
+    return BasicLogWriter::create(text.get());
+}
+
+Reference<Logger> loggerTo(const Reference<ILogProcessor>& processor)
+{
+    auto logger = Logger::create();
+    logger->addProcessor(processor.get());
+    return logger;
+}
+
+TEST(LogFile, holdsWhatWasLoggedWhenTheProcessIsKilled)
+{
+    for (const std::uint32_t mode :
+         {FileOutputStream::TRUNC, FileOutputStream::APPEND,
+          FileOutputStream::LOCK | FileOutputStream::ATEND | FileOutputStream::KEEPCLOSED}) {
+        const TemporaryFolder folder;
+        ForkedChild child([&] {
+            const auto logger = loggerTo(writerTo(folder.file(u"log.txt"), mode));
+            logger->log(1, u"first");
+            logger->log(2, u"last words");
+            ::raise(SIGKILL);
+            return 0;
+        });
+        EXPECT_EQ(child.exitCode(), -1);
+        EXPECT_EQ(folder.read("log.txt"),
+                  "level=1\ntext=first\n" + LINE + "level=2\ntext=last words\n" + LINE);
+    }
+}
+
+// "level=<writer>\ntext=<number> <letters>\n", each writer's numbers in their order.
+void expectWholeRecords(const std::string& content, int writers, int records)
+{
+    std::map<int, int> next;
+    std::istringstream in(content);
+    std::string level;
+    for (std::string text, end; std::getline(in, level);) {
+        ASSERT_TRUE(std::getline(in, text) && std::getline(in, end));
+        const int writer = std::atoi(level.c_str() + std::strlen("level="));
+        const int number = next[writer]++;
+        const auto length = static_cast<std::size_t>(number % 40 * 50);
+        ASSERT_EQ(text, "text=" + std::to_string(number) + " " + std::string(length, 'x'));
+        ASSERT_EQ(end + "\n", LINE);
+    }
+    EXPECT_EQ(next.size(), static_cast<std::size_t>(writers));
+    for (const auto& [writer, count] : next) EXPECT_EQ(count, records) << writer;
+}
+
+int logRecords(Logger& logger, int writer, int records)
+{
+    for (int number = 0; number < records; ++number) {
+        String text = String::valueOf(number) + u" ";
+        text.append(u'x', number % 40 * 50);
+        logger.log(writer, text);
+    }
+    return 0;
+}
+
+TEST(LogFile, ofSeveralProcessesHoldsWholeEntries)
+{
+    const TemporaryFolder folder;
+    std::vector<std::unique_ptr<ForkedChild>> children;
+    for (int writer = 0; writer < 3; ++writer) {
+        children.push_back(std::make_unique<ForkedChild>([&, writer] {
+            auto logger = loggerTo(writerTo(folder.file(u"log.txt"), FileOutputStream::APPEND));
+            return logRecords(*logger, writer, 200);
+        }));
+    }
+    for (const auto& child : children) EXPECT_EQ(child->exitCode(), 0);
+    expectWholeRecords(folder.read("log.txt"), 3, 200);
+}
+
+// The file may grow to a limit that falls into the second entry, and later beyond it.
+TEST(LogFile, thatFillsUpReportsItAndHoldsNoTornEntry)
+{
+    for (const std::uint32_t mode :
+         {FileOutputStream::TRUNC, FileOutputStream::ATEND, FileOutputStream::APPEND,
+          FileOutputStream::LOCK | FileOutputStream::ATEND}) {
+        const TemporaryFolder folder;
+        ForkedChild child([&] {
+            ::signal(SIGXFSZ, SIG_IGN);
+            const auto logger = loggerTo(writerTo(folder.file(u"log.txt"), mode));
+            logger->log(1, u"fits");
+            rlimit limit{60, RLIM_INFINITY};
+            ::setrlimit(RLIMIT_FSIZE, &limit);
+            if (io::test::codeThrownBy([&] { logger->log(2, u"does not fit"); }) == 0) return 1;
+            if (folder.read("log.txt") != "level=1\ntext=fits\n" + LINE) return 2;
+            limit.rlim_cur = RLIM_INFINITY;
+            ::setrlimit(RLIMIT_FSIZE, &limit);
+            logger->log(3, u"fits again");
+            return 0;
+        });
+        EXPECT_EQ(child.exitCode(), 0) << mode;
+        EXPECT_EQ(folder.read("log.txt"), "level=1\ntext=fits\n" + LINE +
+                                              "level=2\ntext=does not fit\n" + LINE +
+                                              "level=3\ntext=fits again\n" + LINE)
+            << mode;
+    }
+    const auto full = loggerTo(writerTo(u"/dev/full", FileOutputStream::ATEND));
+    EXPECT_EQ(io::test::codeThrownBy([&] { full->log(u"x"); }), 0x80070070);
+}
+
+TEST(LogFile, thatIsRemovedIsMadeAgainWhereItIsKeptClosed)
+{
+    const TemporaryFolder folder;
+    const auto logger = loggerTo(writerTo(folder.file(u"closed.txt"),
+                                          FileOutputStream::KEEPCLOSED | FileOutputStream::ATEND));
+    logger->addProcessor(writerTo(folder.file(u"open.txt"), FileOutputStream::APPEND).get());
+    logger->log(1, u"gone");
+    std::filesystem::remove(folder.path() / "closed.txt");
+    std::filesystem::remove(folder.path() / "open.txt");
+    logger->log(2, u"there");
+    EXPECT_EQ(folder.read("closed.txt"), "level=2\ntext=there\n" + LINE);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "open.txt"));
+    EXPECT_EQ(io::test::codeThrownBy(
+                  [&] { writerTo(folder.file(u"none/log.txt"), FileOutputStream::APPEND); }),
+              0x80070002);
+}
+
+void reap(int children)
+{
+    for (int i = 0; i < children; ++i) {
+        int status = -1;
+        ASSERT_GT(::wait(&status), 0);
+        ASSERT_EQ(status, 0);
+    }
+}
+
+TEST(LogFile, isWrittenOnWhileTheProcessForks)
+{
+    const TemporaryFolder folder;
+    std::atomic<bool> isOver{false};
+    std::atomic<int> written{0};
+    int logged[2] = {};
+    {
+        const auto ends = MultiProcessor::create();
+        ends->addProcessor(writerTo(folder.file(u"log.txt"), FileOutputStream::APPEND).get());
+        ends->addProcessor(test::calling([&](const ILogEntry&) { ++written; }).get());
+        const auto queued = AsyncProcessor::create(ends.get(), 2);
+        const auto log = [&](ILogProcessor* processor, int writer) {
+            const auto logger = Logger::create();
+            logger->enableField(u"timestamp", true);
+            logger->addProcessor(processor);
+            for (; !isOver; ++logged[writer]) {
+                logger->log(writer, u"x");
+                while (!isOver && logged[writer] > written + 100) std::this_thread::yield();
+            }
+        };
+        std::jthread synchronous(log, ends.get(), 0);
+        std::jthread asynchronous(log, queued.get(), 1);
+        for (int forked = 0; forked < 1000 / orv::test::SLOWNESS; ++forked) {
+            const pid_t child = ::fork();
+            if (child == 0 && forked % 10 == 0) ::execl("/bin/true", "true", nullptr);
+            if (child == 0) ::_exit(0);
+            ASSERT_GT(child, 0);
+            if (forked % 50 == 49) reap(50);
+        }
+        isOver = true;
+    }
+    ASSERT_TRUE(orv::test::awaitTrue([&] { return written == logged[0] + logged[1]; }));
+    std::int32_t found[2] = {};
+    std::istringstream in(folder.read("log.txt"));
+    for (std::string line; std::getline(in, line);) {
+        if (line.starts_with("level=")) ++found[line.back() - '0'];
+    }
+    EXPECT_EQ(found[0], logged[0]);
+    EXPECT_EQ(found[1], logged[1]);
+}
+
+} // namespace
+} // namespace orv::log
