@@ -9,8 +9,36 @@ namespace {
 
 constexpr std::int32_t GROUP = 8; ///< symbols
 constexpr std::int32_t GROUP_BYTES = 5;
+constexpr std::int32_t SYMBOL_BITS = 5;
 
 } // namespace
+
+/// A group at hand for the time of a read, out of which it is put back whatever ends the read.
+class AlphaNumInputStream::Working : public Group {
+public:
+    explicit Working(Group& group) : Group(group), m_group(group) {}
+    Working(const Working&) = delete;
+    Working& operator=(const Working&) = delete;
+    ~Working() { m_group = *this; }
+
+    /// Adds a symbol; true where it completes `byte`.
+    bool add(std::uint32_t value, signed char& byte)
+    {
+        // How many of the symbol's bits reach past the byte, or how far they stay from its end.
+        const std::int32_t over = phase * SYMBOL_BITS % 8 + SYMBOL_BITS - 8;
+        phase = static_cast<signed char>((phase + 1) % GROUP);
+        if (over < 0) {
+            bits = static_cast<std::uint8_t>(bits | value << -over);
+            return false;
+        }
+        byte = static_cast<signed char>(bits | value >> over);
+        bits = static_cast<std::uint8_t>(value << (8 - over));
+        return true;
+    }
+
+private:
+    Group& m_group;
+};
 
 AlphaNumInputStream::AlphaNumInputStream(InputStream* in, const char16_t* alphabet)
     : FilterInputStream(in), m_alphabet(internal::alphaNumAlphabet(alphabet))
@@ -36,17 +64,19 @@ std::int32_t AlphaNumInputStream::read(unsigned char* buffer, std::int32_t n)
 
 std::int32_t AlphaNumInputStream::read(signed char* buffer, std::int32_t n)
 {
+    Working group(m_group);
+    InputStream& in = *m_in;
     std::int32_t stored = 0;
     while (stored < n) {
-        const std::int32_t symbol = m_in->read();
+        const std::int32_t symbol = in.read();
         if (symbol < 0) {
-            if (m_phase > 0) buffer[stored++] = static_cast<signed char>(m_bits);
-            m_phase = 0;
-            m_bits = 0;
+            if (group.phase > 0) buffer[stored++] = static_cast<signed char>(group.bits);
+            group.bits = 0;
+            group.phase = 0;
             break;
         }
         const signed char value = getValue(static_cast<signed char>(symbol));
-        if (decode(static_cast<std::uint32_t>(value), buffer[stored])) ++stored;
+        if (group.add(static_cast<std::uint32_t>(value), buffer[stored])) ++stored;
     }
     return stored > 0 ? stored : -1;
 }
@@ -71,22 +101,6 @@ signed char AlphaNumInputStream::getValue(signed char symbol) const
     const signed char value = m_values[static_cast<unsigned char>(symbol)];
     if (value < 0) throw text::charset::InvalidCharacterException(u"Invalid AlphaNum character");
     return value;
-}
-
-/// Adds a symbol of the group; true where it completes `byte`.
-bool AlphaNumInputStream::decode(std::uint32_t value, signed char& byte)
-{
-    // The symbol's 5 bits reach past the byte by `over` bits, or leave as many open below them.
-    constexpr std::array<std::int32_t, GROUP> over{-3, 2, -1, 4, 1, -2, 3, 0};
-    const std::int32_t shift = over[static_cast<std::size_t>(m_phase)];
-    m_phase = static_cast<signed char>((m_phase + 1) % GROUP);
-    if (shift < 0) {
-        m_bits = static_cast<std::uint8_t>(m_bits | value << -shift);
-        return false;
-    }
-    byte = static_cast<signed char>(m_bits | value >> shift);
-    m_bits = static_cast<std::uint8_t>(value << (8 - shift));
-    return true;
 }
 
 } // namespace orv::io

@@ -38,12 +38,17 @@ public:
     std::int32_t available() override;
 
 private:
+    /// The symbols read of a group that is not complete.
+    struct Group {
+        std::uint8_t bits = 0; ///< those of the next byte, at the top
+        signed char phase = 0; ///< how many symbols, 0 to 7
+    };
+    class Working;
+
     signed char getValue(signed char symbol) const;
-    bool decode(std::uint32_t value, signed char& byte);
 
     String m_alphabet;
-    std::uint8_t m_bits = 0;               ///< the bits of the next byte read so far, at the top
-    signed char m_phase = 0;               ///< symbols read of the group, 0 to 7
+    Group m_group;
     std::array<signed char, 256> m_values; ///< each byte's index in the alphabet, or -1
 };
 

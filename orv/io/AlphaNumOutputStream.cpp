@@ -6,6 +6,13 @@
 
 namespace orv::io {
 
+namespace {
+
+constexpr std::int32_t GROUP_BYTES = 5;
+constexpr unsigned SYMBOL_BITS = 5;
+
+} // namespace
+
 AlphaNumOutputStream::AlphaNumOutputStream(OutputStream* out, const char16_t* alphabet)
     : FilterOutputStream(out), m_alphabet(internal::alphaNumAlphabet(alphabet))
 {
@@ -25,7 +32,16 @@ void AlphaNumOutputStream::write(const unsigned char* bytes, std::int32_t n)
 
 void AlphaNumOutputStream::write(const signed char* bytes, std::int32_t n)
 {
-    for (std::int32_t i = 0; i < n; ++i) encode(static_cast<std::uint8_t>(bytes[i]));
+    while (n > 0) {
+        if (m_phase == 0 && n >= GROUP_BYTES) {
+            encodeGroup(bytes);
+            bytes += GROUP_BYTES;
+            n -= GROUP_BYTES;
+        } else {
+            encode(static_cast<std::uint8_t>(*bytes++));
+            --n;
+        }
+    }
 }
 
 void AlphaNumOutputStream::write(signed char byte)
@@ -50,6 +66,21 @@ void AlphaNumOutputStream::writeSymbol(std::uint32_t bits)
 {
     const char16_t symbol = m_alphabet.getCharAt(static_cast<std::int32_t>(bits & 31));
     m_out->write(static_cast<signed char>(symbol));
+}
+
+/// Encodes 5 bytes where none is left over from before.
+void AlphaNumOutputStream::encodeGroup(const signed char* bytes)
+{
+    std::uint64_t bits = 0;
+    for (std::int32_t i = 0; i < GROUP_BYTES; ++i) {
+        bits = bits << 8 | static_cast<std::uint8_t>(bytes[i]);
+    }
+    const char16_t* const alphabet = m_alphabet.getData();
+    OutputStream& out = *m_out;
+    for (unsigned shift = GROUP_BYTES * 8; shift > 0;) {
+        shift -= SYMBOL_BITS;
+        out.write(static_cast<signed char>(alphabet[bits >> shift & 31]));
+    }
 }
 
 void AlphaNumOutputStream::encode(std::uint8_t byte)

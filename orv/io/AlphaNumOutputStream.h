@@ -35,6 +35,7 @@ public:
 
 private:
     void writeSymbol(std::uint32_t bits);
+    void encodeGroup(const signed char* bytes);
     void encode(std::uint8_t byte);
 
     String m_alphabet;

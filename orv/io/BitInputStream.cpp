@@ -42,7 +42,7 @@ std::int32_t BitInputStream::read()
 std::int32_t BitInputStream::read(std::int32_t bits)
 {
     // A derived class may have its own readBit(), which then gives each bit.
-    if (typeid(*this) == typeid(BitInputStream)) return inPieces(bits);
+    if (&typeid(*this) == &typeid(BitInputStream)) return inPieces(bits);
 
     std::uint32_t value = 0;
     for (; bits > 0; --bits) value = value << 1 | static_cast<std::uint32_t>(readBit());

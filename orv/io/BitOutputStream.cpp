@@ -59,7 +59,7 @@ void BitOutputStream::write(std::uint32_t value, std::int32_t bits)
     if (value > greatest(bits)) throw RangeErrorException(u"Number out of range");
 
     // A derived class may have its own writeBit(), which then sees each bit.
-    if (typeid(*this) == typeid(BitOutputStream)) {
+    if (&typeid(*this) == &typeid(BitOutputStream)) {
         append(value, bits);
         return;
     }

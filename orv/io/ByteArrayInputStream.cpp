@@ -1,6 +1,8 @@
 #include "orv/io/ByteArrayInputStream.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <typeinfo>
 
 namespace orv::io {
 
@@ -20,6 +22,15 @@ std::int32_t ByteArrayInputStream::read(signed char* buffer, std::int32_t n)
     std::copy_n(m_buffer.get() + m_pos, taken, buffer);
     m_pos += taken;
     return taken;
+}
+
+std::int32_t ByteArrayInputStream::read()
+{
+    // A derived class may have its own read() of blocks, which then gives single bytes too.
+    if (m_pos >= m_length || &typeid(*this) != &typeid(ByteArrayInputStream)) {
+        return InputStream::read();
+    }
+    return static_cast<unsigned char>(m_buffer[static_cast<std::size_t>(m_pos++)]);
 }
 
 } // namespace orv::io

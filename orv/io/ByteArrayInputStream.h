@@ -15,6 +15,7 @@ public:
     using InputStream::read;
     /// At the end -1, also for an `n` of 0.
     std::int32_t read(signed char* buffer, std::int32_t n) override;
+    std::int32_t read() override;
 
 private:
     Block<signed char> m_buffer;

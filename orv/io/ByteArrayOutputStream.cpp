@@ -3,7 +3,9 @@
 #include "orv/Failure.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <typeinfo>
 #include <utility>
 
 namespace orv::io {
@@ -23,6 +25,16 @@ void ByteArrayOutputStream::write(const signed char* bytes, std::int32_t n)
     ensureCapacity(m_count + n);
     std::copy_n(bytes, n, m_buffer.get() + m_count);
     m_count += n;
+}
+
+void ByteArrayOutputStream::write(signed char byte)
+{
+    // A derived class may have its own write() of blocks, which then takes single bytes too.
+    if (m_count == m_capacity || &typeid(*this) != &typeid(ByteArrayOutputStream)) {
+        OutputStream::write(byte);
+        return;
+    }
+    m_buffer[static_cast<std::size_t>(m_count++)] = byte;
 }
 
 void ByteArrayOutputStream::writeTo(OutputStream* out) const

@@ -28,6 +28,7 @@ public:
 
     /// Appends `n` bytes, growing as ensureCapacity() does. An `n` below 1 writes nothing.
     void write(const signed char* bytes, std::int32_t n) override;
+    void write(signed char byte) override;
 
     /// Writes the content in one call to `out`, which must not be this stream.
     void writeTo(OutputStream* out) const;

@@ -36,14 +36,14 @@ void DataInputStream::readFully(signed char* buffer, std::int32_t n)
 
 bool DataInputStream::readBool()
 {
-    const std::int32_t byte = read();
+    const std::int32_t byte = m_in->read();
     requireBytes(byte);
     return byte != 0;
 }
 
 signed char DataInputStream::readByte()
 {
-    const std::int32_t byte = read();
+    const std::int32_t byte = m_in->read();
     requireBytes(byte);
     return static_cast<signed char>(byte);
 }
@@ -60,18 +60,18 @@ std::uint32_t DataInputStream::readChar32()
 
 std::int16_t DataInputStream::readInt16()
 {
-    const std::int32_t high = read();
-    const std::int32_t low = read();
+    const std::int32_t high = m_in->read();
+    const std::int32_t low = m_in->read();
     requireBytes(high | low);
     return static_cast<std::int16_t>(joined(high, low));
 }
 
 std::int32_t DataInputStream::readInt32()
 {
-    const std::int32_t first = read();
-    const std::int32_t second = read();
-    const std::int32_t third = read();
-    const std::int32_t fourth = read();
+    const std::int32_t first = m_in->read();
+    const std::int32_t second = m_in->read();
+    const std::int32_t third = m_in->read();
+    const std::int32_t fourth = m_in->read();
     requireBytes(first | second | third | fourth);
     return static_cast<std::int32_t>(joined(first, second) << 16 | joined(third, fourth));
 }

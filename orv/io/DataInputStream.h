@@ -9,9 +9,9 @@ namespace orv::io {
 
 /// Reads the values that DataOutputStream wrote, in the order in which they were written.
 ///
-/// Each byte comes by read() of one byte, which must give 0 to 255. That of BufferedInputStream has
-/// a sign, so that a byte of 0x80 or above reads as the end of the stream: only readFully() is safe
-/// on it.
+/// Each byte comes by the inner stream's read() of one byte, which must give 0 to 255. That of
+/// BufferedInputStream has a sign, so that a byte of 0x80 or above reads as the end of the stream:
+/// only readFully() is safe on it.
 ///
 /// Errors: UnexpectedEOFException without description where the stream ends within a value; what
 /// was left has then been read. Failures of the inner stream pass.
