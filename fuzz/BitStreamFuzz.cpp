@@ -1,3 +1,4 @@
+#include "orv/Exception.h"
 #include "orv/Reference.h"
 #include "orv/io/BitInputStream.h"
 #include "orv/io/BitOutputStream.h"
