@@ -4,6 +4,7 @@
 #include "platform/orvcore.h"
 
 #include <cstddef>
+#include <memory>
 #include <new>
 
 namespace orv::collections::internal {
@@ -17,5 +18,11 @@ namespace orv::collections::internal {
         throwOutOfMemory();
     }
 }
+
+/// Frees what allocateStorage() gave.
+struct FreeStorage {
+    void operator()(void* storage) const noexcept { orvcore::deallocate(storage); }
+};
+using OwnedStorage = std::unique_ptr<void, FreeStorage>;
 
 } // namespace orv::collections::internal

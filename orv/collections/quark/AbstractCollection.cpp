@@ -2,13 +2,11 @@
 
 #include "orv/Exceptions.h"
 #include "orv/collections/DefaultComparator.h"
-#include "orv/collections/internal/Comparing.h"
+#include "orv/collections/internal/ElementMatch.h"
 
 #include <cstdint>
 
 namespace orv::collections::quark {
-
-using internal::equalBy;
 
 AbstractCollection::AbstractCollection() : m_comparator(GetDefaultComparator()) {}
 
@@ -57,15 +55,19 @@ void AbstractCollection::clear()
 
 bool AbstractCollection::contains(const IORVUnknown* element) const
 {
+    const internal::ElementMatch matches(m_comparator.get(), element);
     for (IORVUnknown* own : *this) {
-        if (equalBy(m_comparator.get(), own, element)) return true;
+        if (matches(own)) return true;
     }
     return false;
 }
 
+// What is handed to comparators is held, for they may take it out of its collection.
+
 bool AbstractCollection::containsAll(const Collection& other) const
 {
-    for (const IORVUnknown* element : other) {
+    for (IORVUnknown* element : other) {
+        const Reference<IORVUnknown> held(element);
         if (!contains(element)) return false;
     }
     return true;
@@ -73,10 +75,11 @@ bool AbstractCollection::containsAll(const Collection& other) const
 
 bool AbstractCollection::remove(const IORVUnknown* element)
 {
+    const internal::ElementMatch matches(m_comparator.get(), element);
     const Reference<Iterator> iterator = createIterator();
     while (iterator->hasNext()) {
         const Reference<IORVUnknown> own = iterator->next();
-        if (!equalBy(m_comparator.get(), own.get(), element)) continue;
+        if (!matches(own.get())) continue;
         iterator->remove();
         return true;
     }
@@ -86,7 +89,10 @@ bool AbstractCollection::remove(const IORVUnknown* element)
 bool AbstractCollection::removeAll(const Collection& other)
 {
     bool changed = false;
-    for (const IORVUnknown* element : other) changed |= remove(element);
+    for (IORVUnknown* element : other) {
+        const Reference<IORVUnknown> held(element);
+        changed |= remove(element);
+    }
     return changed;
 }
 
@@ -94,6 +100,7 @@ bool AbstractCollection::retainAll(const Collection& other)
 {
     bool changed = false;
     for (IORVUnknown* element : *this) {
+        const Reference<IORVUnknown> held(element);
         if (other.contains(element)) continue;
         remove(element);
         changed = true;

@@ -1,7 +1,7 @@
 #include "orv/collections/quark/AbstractList.h"
 
 #include "orv/Exception.h"
-#include "orv/collections/internal/Comparing.h"
+#include "orv/collections/internal/ElementMatch.h"
 #include "orv/collections/internal/Index.h"
 
 namespace orv::collections::quark {
@@ -58,10 +58,10 @@ bool AbstractList::remove(const IORVUnknown* element)
 
 std::int32_t AbstractList::indexOf(const IORVUnknown* element) const
 {
+    const internal::ElementMatch matches(m_comparator.get(), element);
     std::int32_t index = 0;
-    for (IORVUnknown* borrowed : *this) {
-        const Reference<IORVUnknown> own(borrowed);
-        if (equalBy(m_comparator.get(), borrowed, element)) return index;
+    for (IORVUnknown* own : *this) {
+        if (matches(own)) return index;
         ++index;
     }
     return -1;
@@ -97,7 +97,7 @@ std::uint32_t AbstractList::hashCode() const
     std::uint32_t hash = 1;
     for (IORVUnknown* borrowed : *this) {
         const Reference<IORVUnknown> own(borrowed);
-        hash = hash * 38 + hashBy(m_comparator.get(), borrowed);
+        hash = hash * 38 + hashBy(m_comparator.get(), own.get());
     }
     return hash;
 }

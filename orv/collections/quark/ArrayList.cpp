@@ -1,5 +1,6 @@
 #include "orv/collections/quark/ArrayList.h"
 
+#include "orv/collections/internal/DropAll.h"
 #include "orv/collections/internal/Index.h"
 #include "orv/collections/internal/ListMemory.h"
 
@@ -37,11 +38,12 @@ ArrayList& ArrayList::operator=(const ArrayList&) noexcept
 
 ArrayList::~ArrayList() noexcept(false)
 {
-    while (m_size > 0) {
-        --m_size;
-        if (m_items[m_size] != nullptr) m_items[m_size]->Release();
-    }
-    orvcore::deallocate(m_items);
+    const internal::OwnedStorage storage(m_items);
+    internal::dropAll([this] {
+        if (m_size == 0) return false;
+        const auto element = Reference<IORVUnknown>::adopt(m_items[--m_size]);
+        return true;
+    });
 }
 
 void ArrayList::grow()

@@ -24,36 +24,35 @@ bool ElementCursor::walksDirectly(const Collection& collection) noexcept
 }
 
 template <class ConcreteList>
-void ElementCursor::holdList(const ConcreteList& list)
+ElementCursor::Start ElementCursor::startOn(const ConcreteList& list)
 {
-    if (list.GetRefCount() != 0) m_list = Reference<const ComObject>(&list);
-    m_size = &list.m_size;
-    m_modCount = &list.m_modCount;
-    m_expectedModCount = list.m_modCount;
+    Start start;
+    start.size = &list.m_size;
+    start.modCount = &list.m_modCount;
+    if (list.GetRefCount() == 0) return start;
+    list.AddRef();
+    start.list = &list;
+    return start;
 }
 
-ElementCursor::ElementCursor(const Collection& collection)
+ElementCursor::Start ElementCursor::startOf(const Collection& collection)
 {
     const std::type_info& type = typeid(collection);
     if (type == typeid(ArrayList)) {
         const auto& list = exactly<ArrayList>(collection);
-        holdList(list);
-        m_items = &list.m_items;
-    } else if (type == typeid(LinkedList)) {
-        const auto& list = exactly<LinkedList>(collection);
-        holdList(list);
-        m_node = &list.m_sentinel;
-    } else {
-        m_iterator = collection.createConstIterator();
+        Start start = startOn(list);
+        start.items = &list.m_items;
+        return start;
     }
-    step();
-}
-
-void ElementCursor::stepIterator()
-{
-    m_atEnd = !m_iterator->hasNext();
-    m_held = m_atEnd ? nullptr : m_iterator->next();
-    m_element = m_held.get();
+    if (type == typeid(LinkedList)) {
+        const auto& list = exactly<LinkedList>(collection);
+        Start start = startOn(list);
+        start.sentinel = &list.m_sentinel;
+        return start;
+    }
+    Start start;
+    start.iterator = collection.createConstIterator().detach();
+    return start;
 }
 
 void ElementCursor::throwModified()

@@ -29,7 +29,7 @@ public:
     using difference_type = std::ptrdiff_t;
 
     /// Stands on the first element.
-    explicit ElementCursor(const Collection& collection);
+    explicit ElementCursor(const Collection& collection) : ElementCursor(startOf(collection)) {}
 
     /// The element, which may be null.
     IORVUnknown* operator*() const noexcept { return m_element; }
@@ -53,6 +53,32 @@ public:
     static bool walksDirectly(const Collection& collection) noexcept;
 
 private:
+    /// Where a walk begins: an iterator, or the insides of a list.
+    struct Start {
+        ConstIterator* iterator = nullptr; ///< with a count
+        const ComObject* list = nullptr;   ///< with a count; null for a list without any
+        const std::int32_t* size = nullptr;
+        const std::int32_t* modCount = nullptr;
+        IORVUnknown* const* const* items = nullptr;
+        const ListNode* sentinel = nullptr;
+    };
+
+    explicit ElementCursor(const Start& start)
+        : m_iterator(Reference<ConstIterator>::adopt(start.iterator)),
+          m_list(Reference<const ComObject>::adopt(start.list)), m_size(start.size),
+          m_modCount(start.modCount), m_items(start.items), m_node(start.sentinel),
+          m_expectedModCount(m_modCount != nullptr ? *m_modCount : 0)
+    {
+        step();
+    }
+
+    static Start startOf(const Collection& collection);
+    template <class ConcreteList>
+    static Start startOn(const ConcreteList& list);
+    [[noreturn]] static void throwModified();
+
+    // Inline, and never handing `this` out: the compiler then keeps a walk in registers.
+
     void step()
     {
         if (m_size == nullptr) {
@@ -77,10 +103,12 @@ private:
         ++m_index;
     }
 
-    void stepIterator();
-    [[noreturn]] static void throwModified();
-    template <class ConcreteList>
-    void holdList(const ConcreteList& list);
+    void stepIterator()
+    {
+        m_atEnd = !m_iterator->hasNext();
+        m_held = m_atEnd ? nullptr : m_iterator->next();
+        m_element = m_held.get();
+    }
 
     /// Of a collection that is walked by its iterator.
     Reference<ConstIterator> m_iterator;
@@ -88,11 +116,11 @@ private:
 
     /// Of a list that is walked directly.
     Reference<const ComObject> m_list;
-    const std::int32_t* m_size = nullptr;
-    const std::int32_t* m_modCount = nullptr;
-    IORVUnknown* const* const* m_items = nullptr; ///< of an ArrayList
-    const ListNode* m_node = nullptr;             ///< of a LinkedList, the one given last
-    std::int32_t m_expectedModCount = 0;
+    const std::int32_t* m_size;
+    const std::int32_t* m_modCount;
+    IORVUnknown* const* const* m_items; ///< of an ArrayList
+    const ListNode* m_node;             ///< of a LinkedList, the one given last
+    std::int32_t m_expectedModCount;
     std::int32_t m_index = 0;
 
     IORVUnknown* m_element = nullptr;

@@ -1,7 +1,7 @@
 #include "orv/collections/quark/LinkedList.h"
 
+#include "orv/collections/internal/DropAll.h"
 #include "orv/collections/internal/Index.h"
-#include "orv/collections/internal/ListMemory.h"
 
 #include <utility>
 
@@ -11,8 +11,6 @@ namespace {
 
 using internal::checkIndex;
 using internal::checkPlace;
-
-constexpr std::int32_t mostSpareNodes = 64;
 
 } // namespace
 
@@ -43,7 +41,6 @@ LinkedList& LinkedList::operator=(const LinkedList&) noexcept
 LinkedList::~LinkedList() noexcept(false)
 {
     releaseAll();
-    while (m_spare != nullptr) orvcore::deallocate(std::exchange(m_spare, m_spare->next));
 }
 
 const ListNode* LinkedList::internalGet(std::int32_t index) const
@@ -58,19 +55,10 @@ ListNode* LinkedList::internalGet(std::int32_t index)
     return const_cast<ListNode*>(std::as_const(*this).internalGet(index));
 }
 
-ListNode* LinkedList::takeNode()
-{
-    if (m_spare == nullptr) {
-        return static_cast<ListNode*>(internal::allocateStorage(sizeof(ListNode)));
-    }
-    --m_spareCount;
-    return std::exchange(m_spare, m_spare->next);
-}
-
 void LinkedList::link(ListNode* before, IORVUnknown* element)
 {
     if (m_size == INT32_MAX) throwOutOfMemory();
-    ListNode* const node = takeNode();
+    ListNode* const node = m_nodes.take();
     if (element != nullptr) element->AddRef();
     *node = {before, before->previous, element};
     before->previous->next = node;
@@ -85,21 +73,18 @@ IORVUnknown* LinkedList::unlink(ListNode* node)
     --m_size;
 
     IORVUnknown* const element = node->element;
-    if (m_spareCount == mostSpareNodes) {
-        orvcore::deallocate(node);
-    } else {
-        node->next = std::exchange(m_spare, node);
-        ++m_spareCount;
-    }
+    m_nodes.give(node);
+    if (m_size == 0) m_nodes.reset();
     return element;
 }
 
 void LinkedList::releaseAll()
 {
-    while (m_size > 0) {
-        IORVUnknown* const element = unlink(m_sentinel.next);
-        if (element != nullptr) element->Release();
-    }
+    internal::dropAll([this] {
+        if (m_size == 0) return false;
+        const auto element = Reference<IORVUnknown>::adopt(unlink(m_sentinel.next));
+        return true;
+    });
 }
 
 bool LinkedList::add(IORVUnknown* element)

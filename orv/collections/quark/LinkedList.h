@@ -8,8 +8,8 @@ namespace orv::collections::quark {
 /// A list on a ring of nodes: a queue, with add(element) and remove(0) in constant time.
 ///
 /// An index is reached from the first node, in that many steps, and so is each element of an
-/// iterator. Walk a long list by a range-based `for`, which takes one step an element. A node that
-/// becomes free serves again; a list keeps up to 64 of them.
+/// iterator. Walk a long list by a range-based `for`, which takes one step an element. Nodes come
+/// in blocks, serve again when they become free, and go when the list becomes empty, but for one.
 ///
 /// An operation that runs out of memory throws OutOfMemoryException and changes nothing.
 ///
@@ -54,13 +54,11 @@ private:
 
     void link(ListNode* before, IORVUnknown* element);
     IORVUnknown* unlink(ListNode* node);
-    ListNode* takeNode();
     void releaseAll();
 
     ListNode m_sentinel{&m_sentinel, &m_sentinel, nullptr};
     std::int32_t m_size = 0;
-    std::int32_t m_spareCount = 0;
-    ListNode* m_spare = nullptr; ///< nodes to use again, linked by next
+    ListNodePool m_nodes;
 };
 
 } // namespace orv::collections::quark
