@@ -17,6 +17,9 @@ public:
     using difference_type = std::ptrdiff_t;
 
     explicit TypedCursor(const quark::Collection& collection) : m_cursor(collection) {}
+    TypedCursor(const TypedCursor&) = delete;
+    TypedCursor& operator=(const TypedCursor&) = delete;
+    [[gnu::always_inline]] ~TypedCursor() noexcept(false) {} // as the cursor within
 
     /// The element, which may be null. Throws CastFailedException where it is no `T`.
     T* operator*() const { return elementCast<T>(*m_cursor); }

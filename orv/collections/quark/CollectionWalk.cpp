@@ -31,7 +31,7 @@ ElementCursor::Start ElementCursor::startOn(const ConcreteList& list)
     start.modCount = &list.m_modCount;
     if (list.GetRefCount() == 0) return start;
     list.AddRef();
-    start.list = &list;
+    start.owned = list.GetUnknown();
     return start;
 }
 
@@ -52,7 +52,18 @@ ElementCursor::Start ElementCursor::startOf(const Collection& collection)
     }
     Start start;
     start.iterator = collection.createConstIterator().detach();
+    start.owned = start.iterator;
     return start;
+}
+
+IORVUnknown* ElementCursor::nextOf(ConstIterator* iterator)
+{
+    return iterator->next().detach();
+}
+
+void ElementCursor::release(const IORVUnknown* object)
+{
+    object->Release();
 }
 
 void ElementCursor::throwModified()

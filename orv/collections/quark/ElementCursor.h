@@ -1,7 +1,5 @@
 #pragma once
 
-#include "orv/ComObject.h"
-#include "orv/Reference.h"
 #include "orv/collections/quark/Iterators.h"
 #include "orv/collections/quark/ListNode.h"
 
@@ -13,7 +11,7 @@ namespace orv::collections::quark {
 
 class Collection;
 
-/// What a range-based `for` walks a collection with; an input iterator.
+/// What a range-based `for` walks a collection with.
 ///
 ///     for (IORVUnknown* element : *list) { ... }
 ///
@@ -29,7 +27,17 @@ public:
     using difference_type = std::ptrdiff_t;
 
     /// Stands on the first element.
-    explicit ElementCursor(const Collection& collection) : ElementCursor(startOf(collection)) {}
+    explicit ElementCursor(const Collection& collection) : ElementCursor(startOf(collection))
+    {
+        step();
+    }
+    ElementCursor(const ElementCursor&) = delete;
+    ElementCursor& operator=(const ElementCursor&) = delete;
+    [[gnu::always_inline]] ~ElementCursor() noexcept(false)
+    {
+        if (m_held != nullptr) release(m_held);
+        if (m_owned != nullptr) release(m_owned);
+    }
 
     /// The element, which may be null.
     IORVUnknown* operator*() const noexcept { return m_element; }
@@ -55,29 +63,29 @@ public:
 private:
     /// Where a walk begins: an iterator, or the insides of a list.
     struct Start {
-        ConstIterator* iterator = nullptr; ///< with a count
-        const ComObject* list = nullptr;   ///< with a count; null for a list without any
+        const IORVUnknown* owned = nullptr; ///< iterator or list, with a count
+        ConstIterator* iterator = nullptr;
         const std::int32_t* size = nullptr;
         const std::int32_t* modCount = nullptr;
         IORVUnknown* const* const* items = nullptr;
         const ListNode* sentinel = nullptr;
     };
 
-    explicit ElementCursor(const Start& start)
-        : m_iterator(Reference<ConstIterator>::adopt(start.iterator)),
-          m_list(Reference<const ComObject>::adopt(start.list)), m_size(start.size),
+    explicit ElementCursor(const Start& start) noexcept
+        : m_owned(start.owned), m_iterator(start.iterator), m_size(start.size),
           m_modCount(start.modCount), m_items(start.items), m_node(start.sentinel),
           m_expectedModCount(m_modCount != nullptr ? *m_modCount : 0)
     {
-        step();
     }
 
     static Start startOf(const Collection& collection);
     template <class ConcreteList>
     static Start startOn(const ConcreteList& list);
+    static void release(const IORVUnknown* object);
     [[noreturn]] static void throwModified();
 
-    // Inline, and never handing `this` out: the compiler then keeps a walk in registers.
+    // All of a step is inline, the end too, and what is called never gets at the cursor, as the
+    // destructor of a Reference would: so the compiler keeps a walk in registers.
 
     void step()
     {
@@ -106,20 +114,20 @@ private:
     void stepIterator()
     {
         m_atEnd = !m_iterator->hasNext();
-        m_held = m_atEnd ? nullptr : m_iterator->next();
-        m_element = m_held.get();
+        m_element = m_atEnd ? nullptr : nextOf(m_iterator);
+        if (m_held != nullptr) release(m_held);
+        m_held = m_element;
     }
 
-    /// Of a collection that is walked by its iterator.
-    Reference<ConstIterator> m_iterator;
-    Reference<IORVUnknown> m_held;
+    static IORVUnknown* nextOf(ConstIterator* iterator);
 
-    /// Of a list that is walked directly.
-    Reference<const ComObject> m_list;
-    const std::int32_t* m_size;
-    const std::int32_t* m_modCount;
-    IORVUnknown* const* const* m_items; ///< of an ArrayList
-    const ListNode* m_node;             ///< of a LinkedList, the one given last
+    const IORVUnknown* m_owned;          ///< with a count, or null
+    const IORVUnknown* m_held = nullptr; ///< what an iterator gave, with a count, or null
+    ConstIterator* m_iterator;           ///< of a collection that is walked by it
+    const std::int32_t* m_size;          ///< of a list that is walked directly
+    const std::int32_t* m_modCount;      ///< of that list
+    IORVUnknown* const* const* m_items;  ///< of an ArrayList
+    const ListNode* m_node;              ///< of a LinkedList, the one given last
     std::int32_t m_expectedModCount;
     std::int32_t m_index = 0;
 
