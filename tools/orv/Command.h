@@ -29,5 +29,6 @@ extern const Command convert;
 extern const Command digest;
 extern const Command encodings;
 extern const Command log;
+extern const Command uri;
 
 } // namespace tool

@@ -16,7 +16,7 @@ using orv::String;
 using orv::io::PrintWriter;
 
 const Command* const commands[] = {&about,   &alphanum, &calc,      &cipher, &classes,
-                                   &convert, &digest,   &encodings, &log};
+                                   &convert, &digest,   &encodings, &log,    &uri};
 
 constexpr std::int32_t OUTPUT_BUFFER = 16384;
 

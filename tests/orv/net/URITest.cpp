@@ -1,0 +1,376 @@
+#include "orv/net/URI.h"
+
+#include "orv/Exceptions.h"
+#include "orv/collections/Map.h"
+#include "orv/collections/quark/HashMap.h"
+#include "orv/net/QueryKey.h"
+#include "orv/text/charset/CharsetExceptions.h"
+#include "tests/support/ForeignCharBuffer.h"
+#include "tests/support/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace orv::net {
+namespace {
+
+using namespace std::string_view_literals;
+
+/// The components as stored, each behind a letter; what is absent is left out.
+String componentsOf(const URI& uri)
+{
+    String text;
+    const auto add = [&](const char16_t* letter, bool present, auto value) {
+        if (present) text.append(text.isEmpty() ? u"" : u" ").append(letter).append(value());
+    };
+    add(u"s:", uri.hasScheme(), [&] { return uri.getScheme(); });
+    add(u"u:", uri.hasUser(), [&] { return uri.getUser(false); });
+    add(u"w:", uri.hasPassword(), [&] { return uri.getPassword(false); });
+    add(u"h:", uri.hasHost(), [&] { return uri.getHost(false); });
+    add(u"n:", uri.hasPort(), [&] { return String::valueOf(uri.getPort()); });
+    add(u"p:", uri.hasPath(), [&] { return uri.getPath(false); });
+    add(u"q:", uri.hasQuery(), [&] { return uri.getQuery(false); });
+    add(u"o:", uri.isOpaque(), [&] { return uri.getSchemeSpecificPart(false); });
+    return text;
+}
+
+bool throwsEmptyException(const std::function<void()>& action)
+{
+    try {
+        action();
+    } catch (const Exception& exception) {
+        return typeid(exception) == typeid(Exception) && exception.getDescription().isEmpty();
+    }
+    return false;
+}
+
+TEST(URI, anyTextParses)
+{
+    struct Row {
+        const char16_t *text, *components, *printed;
+    };
+    for (const Row& row : {
+             Row{u"tcp://user:pw@host:4000/path?k=v",
+                 u"s:tcp u:user w:pw h:host n:4000 p:path q:k=v",
+                 u"tcp://user:pw@host:4000/path?k=v"},
+             {u"tcp://h/a?b=1", u"s:tcp h:h p:a q:b=1", u"tcp://h/a?b=1"},
+             {u"//host", u"h:host", u"//host"},
+             {u"//host:80/x", u"s://host o:80/x", u"//host:80/x"},
+             {u"file:/a/b", u"s:file p:a/b", u"file:/a/b"},
+             {u"file:///a/b", u"s:file p:a/b", u"file:/a/b"},
+             {u"tcp:host", u"s:tcp o:host", u"tcp:host"},
+             {u"news:x?y", u"s:news o:x?y", u"news:x?y"},
+             {u"s:", u"s:s o:", u"s:"},
+             {u":", u"s: o:", u":"},
+             {u"s://", u"s:s", u"s:"},
+             {u"s:////x", u"s:s p:/x", u"s://x"},
+             {u"", u"p:", u"/"},
+             {u"/", u"p:", u"/"},
+             {u"a/b", u"p:a/b", u"/a/b"},
+             {u"a/b:c", u"s:a/b o:c", u"a/b:c"},
+             {u"?a=1", u"q:?a=1", u"??a=1"},
+             {u"a?", u"p:a q:", u"/a?"},
+             {u"a?y", u"p:a q:y=y", u"/a?y=y"},
+             {u"a?&", u"p:a q:=", u"/a?="},
+             {u"a?=v=w", u"p:a q:=v=w", u"/a?=v=w"},
+             {u"a?b?c=/d", u"p:a q:b?c=/d", u"/a?b?c=/d"},
+             {u"s:/?q=", u"s:s p: q:q=", u"s:/?q="},
+             {u"s://?q=1", u"s:s q:q=1", u"s:?q=1"},
+             {u"s://h?q=1", u"s:s h:h q:q=1", u"s://h?q=1"},
+             {u"s://h?q=/1", u"s:s h:h?q= p: q:q=/1", u"s://h?q=/?q=/1"},
+             {u"s://h/?q=1", u"s:s h:h p: q:q=1", u"s://h/?q=1"},
+             {u"x://h#frag", u"s:x h:h#frag", u"x://h#frag"},
+             {u"s://u@", u"s:s u:u", u"s://u@"},
+             {u"s://@h", u"s:s u: h:h", u"s://@h"},
+             {u"s://u:w:x@h@i", u"s:s u:u w:w:x h:h@i", u"s://u:w:x@h@i"},
+             {u"s://h:", u"s:s h:h n:0", u"s://h:0"},
+             {u"s://h:x", u"s:s h:h n:0", u"s://h:0"},
+             {u"s://h: -7x", u"s:s h:h n:-7", u"s://h:-7"},
+             {u"s://:80/", u"s:s n:80 p:", u"s:/"},
+             {u"s://[::1]:80", u"s:s h:[ n:0", u"s://[:0"},
+             {u"s://u%2@h%/%zz?%=%1", u"s:s u:u%2 h:h% p:%zz q:%=%1", u"s://u%2@h%/%zz?%=%1"},
+         }) {
+        const URI uri(row.text);
+        EXPECT_EQ(componentsOf(uri), row.components) << test::readable(row.text);
+        EXPECT_EQ(uri.toString(), row.printed);
+    }
+}
+
+TEST(URI, whatIsAbsentIsRefusedAndWhatIsEmptyIsNot)
+{
+    const URI uri(u"s://:80");
+    for (const std::function<void()>& action : {
+             std::function<void()>([&] { uri.getUser(false); }),
+             {[&] { uri.getPassword(true); }},
+             {[&] { uri.getHost(false); }},
+             {[&] { uri.getPath(false); }},
+             {[&] { uri.getAuthority(false); }},
+             {[&] { uri.getUserInfo(false); }},
+             {[&] { URI().getScheme(); }},
+             {[&] { URI().getPort(); }},
+             {[&] { URI(u"tcp:host").getHost(false); }},
+         }) {
+        EXPECT_TRUE(throwsEmptyException(action));
+    }
+    EXPECT_EQ(uri.getQuery(true), u"");
+    EXPECT_EQ(uri.getQueryValue(u"k", true), u"");
+    EXPECT_EQ(uri.getSchemeSpecificPart(true), u"");
+    EXPECT_FALSE(uri.hasAuthority() || uri.hasUserInfo() || uri.hasSchemeSpecificPart());
+
+    URI empties;
+    empties.setScheme(u"");
+    empties.setUserInfo(u":", false);
+    empties.setHost(u"", false);
+    empties.setPath(u"", true);
+    empties.setQuery(u"", true);
+    EXPECT_EQ(componentsOf(empties), u"s: u: w: h: p: q:");
+    EXPECT_EQ(empties.toString(), u"://:@/?");
+    EXPECT_TRUE(empties.hasAuthority() && empties.hasUserInfo());
+}
+
+TEST(URI, aParseLeavesWhatTheTextLacks)
+{
+    URI uri(u"s://u:w@h:1/p?a=1");
+    uri.setUri(u"t://i?B=2", false);
+    EXPECT_EQ(componentsOf(uri).substring(0, 26), u"s:t u:u w:w h:i n:1 p:p q:");
+    EXPECT_TRUE(uri.hasQueryValue(u"A") && uri.hasQueryValue(u"b"));
+    uri.setUri(u"u:x", false);
+    uri.setUri(u"v://j", false);
+    EXPECT_EQ(uri.toString(), u"v:x") << "opaque until that is removed";
+    uri.removeSchemeSpecificPart();
+    EXPECT_EQ(componentsOf(uri), u"s:v");
+    uri.setSchemeSpecificPart(u"//u@k:5/q", false);
+    uri.removeUserInfo();
+    uri.removePath();
+    EXPECT_EQ(componentsOf(uri), u"s:v h:k n:5");
+    uri.removeAuthority();
+    EXPECT_FALSE(uri.hasPort());
+    uri.setPort(9);
+    uri.removeAll();
+    EXPECT_EQ(componentsOf(uri), u"");
+    EXPECT_EQ(uri.toString(), u"");
+}
+
+TEST(URI, queryKeysAreFoundWithoutRegardToCase)
+{
+    URI uri(u"tcp://user:pw@host:4000/path?k=v&L=2&");
+    EXPECT_EQ(uri.getQueryValue(u"l", false), u"2");
+    EXPECT_TRUE(uri.hasQueryValue(u"K"));
+    uri.setQueryPair(u"K", u"w", false);
+    uri.removeQueryPair(u"l");
+    EXPECT_EQ(uri.getQuery(false), u"k=w") << "the first spelling stays";
+    uri.removeQueryPair(u"absent");
+    EXPECT_TRUE(uri.hasQuery());
+    uri.removeQueryPair(u"K");
+    EXPECT_FALSE(uri.hasQuery());
+    EXPECT_EQ(uri.toString(), u"tcp://user:pw@host:4000/path");
+
+    uri.setQueryPair(u"a", u"1", false);
+    uri.removeQuery();
+    EXPECT_FALSE(uri.hasQuery() || uri.hasQueryValue(u"a"));
+    uri.setQueryPair(u"\u00C4", u"1", false);
+    EXPECT_TRUE(uri.hasQueryValue(u"\u00E4"));
+    uri.removeQueryPair(u"\u00E4");
+    EXPECT_FALSE(uri.hasQuery()) << "nothing is left of earlier pairs";
+}
+
+/// The query that a map of keys and values makes.
+String queryOf(const collections::Map<QueryKey, String>& pairs)
+{
+    String text;
+    for (const auto& [key, value] : pairs) {
+        if (!text.isEmpty()) text.append(u'&');
+        text.append(*key).append(u'=').append(*value);
+    }
+    return text;
+}
+
+TEST(URI, pairsComeInTheOrderOfAHashMap)
+{
+    URI uri;
+    collections::Map<QueryKey, String> map(makeReference<collections::quark::HashMap>().get());
+    std::uint32_t state = 1;
+    for (int i = 0; i < 3000; ++i) {
+        state = state * 1664525 + 1013904223;
+        const std::uint32_t keys = i < 1000 ? 40 : 400;
+        String key = (state >> 8 & 1) != 0 ? u"Key" : u"kEy";
+        key.append(String::valueOf((state >> 16) % keys));
+        if ((state >> 9) % 4 == 0) {
+            uri.removeQueryPair(key);
+            map.remove(makeReference<QueryKey>(key).get());
+        } else {
+            uri.setQueryPair(key, String::valueOf(i), false);
+            map.put(makeReference<QueryKey>(key).get(),
+                    makeReference<String>(String::valueOf(i)).get());
+        }
+        ASSERT_EQ(uri.hasQueryValue(key), (state >> 9) % 4 != 0);
+        if (i < 200 || i % 37 == 0) {
+            ASSERT_EQ(uri.getQuery(false), queryOf(map)) << i;
+        }
+    }
+    EXPECT_GT(map.getSize(), 200);
+    URI copy(uri);
+    copy.removeQueryPair(u"KEY0");
+    copy.setQueryPair(u"x", u"1", false);
+    EXPECT_EQ(uri.getQuery(false), queryOf(map));
+
+    URI parsed;
+    parsed.setQuery(uri.getQuery(false), false);
+    for (const auto& [key, value] : map) {
+        ASSERT_EQ(parsed.getQueryValue(*key, true), *value);
+        uri.removeQueryPair(*key);
+    }
+    EXPECT_FALSE(uri.hasQuery());
+}
+
+TEST(URI, eachPartHasItsOwnEscapes)
+{
+    String ascii;
+    for (char16_t unit = 0x20; unit < 0x80; ++unit) ascii.append(unit);
+    URI uri;
+    uri.setUser(ascii, true);
+    uri.setPath(ascii, true);
+    uri.setQueryPair(u"", ascii, true);
+    EXPECT_EQ(uri.getUser(false),
+              u"%20!%22%23$%25&'()*+,-.%2F0123456789%3A%3B%3C=%3E%3F%40ABCDEFGHIJKLMNOPQRSTUVWXYZ"
+              u"%5B%5C%5D%5E_%60abcdefghijklmnopqrstuvwxyz%7B%7C%7D~%7F");
+    EXPECT_EQ(uri.getPath(false),
+              u"%20!%22%23$%25&'()*+,-.%2F0123456789:%3B%3C%3D%3E%3F@ABCDEFGHIJKLMNOPQRSTUVWXYZ"
+              u"%5B%5C%5D%5E_%60abcdefghijklmnopqrstuvwxyz%7B%7C%7D~%7F");
+    EXPECT_EQ(uri.getQueryValue(u"", false),
+              u"%20!%22%23%24%25%26'()*%2B%2C-.%2F0123456789%3A%3B%3C%3D%3E%3F%40"
+              u"ABCDEFGHIJKLMNOPQRSTUVWXYZ%5B%5C%5D%5E_%60abcdefghijklmnopqrstuvwxyz%7B%7C%7D~%7F");
+    for (const String& plain :
+         {uri.getUser(true), uri.getPath(true), uri.getQueryValue(u"", true)}) {
+        EXPECT_EQ(plain, ascii);
+    }
+
+    const String all = test::textOf(u"\0\n\x1F\u00E9\u20AC\U0001F600\xDC00"
+                                    u"x"sv);
+    uri.setHost(all, true);
+    EXPECT_EQ(uri.getHost(false), u"%00%0A%1F%c3%a9%e2%82%ac%f0%9f%98%80%ed%b0%80x");
+    uri.setPassword(u"a:b\u00E9", true);
+    EXPECT_EQ(uri.getPassword(true), u"a:b\u00E9");
+    EXPECT_EQ(uri.getUserInfo(true).substring(ascii.getLength()), u":a%3Ab%c3%a9")
+        << "the password stays escaped";
+    const String longText(u'\u20AC', 1000);
+    uri.setPath(longText, true);
+    EXPECT_EQ(uri.getPath(true), longText);
+    EXPECT_EQ(uri.getPath(false).getLength(), 9000);
+
+    EXPECT_THROW(uri.setHost(test::textOf(u"x\xD800"sv), true),
+                 text::charset::InvalidCharacterException);
+    EXPECT_TRUE(uri.getHost(false).startsWith(u"%00")) << "and changes nothing";
+    EXPECT_THROW(uri.getHost(true), text::charset::InvalidCharacterException) << "half a pair";
+}
+
+TEST(URI, aParseThatEscapesCutsFirst)
+{
+    URI uri;
+    uri.setUri(u"s p://u s:w@h o:8/a/b?k k=v=&x", true);
+    EXPECT_EQ(uri.getUserInfo(false), u"u%20s:w");
+    EXPECT_EQ(uri.getHost(false), u"h%20o");
+    EXPECT_EQ(uri.getPath(false), u"a%2Fb");
+    EXPECT_EQ(uri.getQueryValue(u"K%20k", false), u"v%3D");
+    EXPECT_EQ(uri.getScheme(), u"s p");
+    EXPECT_EQ(uri.getAuthority(true), u"u s:w@h o:8");
+    URI opaque;
+    opaque.setUri(u"s:a b", true);
+    EXPECT_EQ(opaque.getSchemeSpecificPart(true), u"a b");
+    EXPECT_EQ(opaque.toString(), u"s:a b");
+}
+
+TEST(URI, escapesAreReadAsNumbers)
+{
+    struct Row {
+        const char16_t* escaped;
+        std::u16string_view plain;
+    };
+    URI uri;
+    for (const Row& row : {
+             Row{u"a b", u"a b"sv},
+             {u"%41%6a%6A", u"Ajj"sv},
+             {u"%zz|%z1|%1z|% 1|%+2|%0x|%\u00E9|", u"\0|\0|\1|\1|\2|\0|\0|"sv},
+             {u"%-1", u"\uFFFD"sv},
+             {u"%c3%A9%f0%9f%98%80%00", u"\u00E9\U0001F600\0"sv},
+             {u"\u00E9%e9xyz", u"\u00E9\uFFFDxyz"sv},
+             {u"a%e2%82", u"a"sv}, // what is cut at the end is dropped
+             {u"%25%32%35", u"%25"sv},
+         }) {
+        uri.setHost(row.escaped, false);
+        EXPECT_EQ(test::readable(test::units(uri.getHost(true))), test::readable(row.plain));
+    }
+    for (const char16_t* const cut : {u"%", u"a%4", u"%41%", u"\u00E9%\u007F"}) {
+        uri.setHost(cut, false);
+        EXPECT_TRUE(throwsEmptyException([&] { uri.getHost(true); })) << test::readable(cut);
+        EXPECT_EQ(uri.getHost(false), cut);
+    }
+    uri.setHost(u"%\u00E9", false);
+    EXPECT_EQ(uri.getHost(true).getLength(), 1) << "two bytes follow, one character";
+}
+
+TEST(URI, copiesAreOnTheirOwn)
+{
+    URI first(u"s://h/p?a=1");
+    URI second(first);
+    second.setQueryPair(u"a", u"2", false);
+    second.setHost(u"i", false);
+    EXPECT_EQ(first.toString(), u"s://h/p?a=1");
+    EXPECT_EQ(second.toString(), u"s://i/p?a=2");
+    first = second;
+    second.removeAll();
+    EXPECT_EQ(first.toString(), u"s://i/p?a=2");
+    first = second;
+    EXPECT_EQ(first.toString(), u"");
+}
+
+TEST(URI, aTextThatCannotBeLockedIsReported)
+{
+    test::ForeignCharBuffer buffer(u"s://h\0"sv);
+    const String text(String::AcquireAddRef, &buffer);
+    EXPECT_EQ(URI(text).toString(), u"s://h");
+    buffer.failWith = E_NOT_AVAILABLE;
+    URI uri(u"t:");
+    try {
+        uri.setUri(text, false);
+        ADD_FAILURE() << "no exception";
+    } catch (const ResultException& exception) {
+        EXPECT_EQ(exception.getResult(), E_NOT_AVAILABLE);
+    }
+    EXPECT_EQ(uri.toString(), u"t:");
+    EXPECT_EQ(buffer.openLocks(), 0);
+}
+
+TEST(URI, thereAreNoFragments)
+{
+    URI uri(u"x://h/p#f");
+    uri.setFragment(u"g");
+    EXPECT_EQ(uri.getFragment(), u"");
+    EXPECT_FALSE(uri.hasFragment());
+    EXPECT_EQ(uri.getPath(true), u"p#f");
+}
+
+TEST(QueryKey, isBlindToCaseAsAnObjectOnly)
+{
+    const QueryKey key(u"\u00C4b"), same(u"\u00E4B"), other(u"c");
+    EXPECT_TRUE(key.equals(same));
+    EXPECT_FALSE(key.equals(other));
+    EXPECT_EQ(key.compareTo(same), 0);
+    EXPECT_GT(key.compareTo(other), 0);
+    EXPECT_EQ(key.hashCode(), same.hashCode());
+    EXPECT_EQ(key.hashCode(), String(u"\u00E4b").hashCode());
+    EXPECT_TRUE(key.equals(String(u"\u00E4b")));
+    EXPECT_FALSE(key.equals(Exception()));
+    EXPECT_THROW(key.compareTo(Exception()), CastFailedException);
+    EXPECT_EQ(key, u"\u00C4b") << "the spelling stays";
+    EXPECT_FALSE(key == same);
+    EXPECT_THROW(key.clone(), CloneNotSupportedException);
+    QueryKey copy(other);
+    EXPECT_NE(copy.hashCode(), key.hashCode());
+    copy = key;
+    EXPECT_TRUE(copy.equals(same)) << "and forgets the lower case of before";
+}
+
+} // namespace
+} // namespace orv::net
