@@ -11,9 +11,10 @@ namespace orv::collections {
 
 using internal::IntegerKey;
 
-IntegerHashMap::IntegerHashMap(std::int32_t capacity, float loadFactor) : m_loadFactor(loadFactor)
+IntegerHashMap::IntegerHashMap(std::int32_t capacity, float loadFactor)
+    : m_loadFactor(loadFactor), m_table(std::max(capacity, 1))
 {
-    allocTable(std::max(capacity, 1));
+    m_threshold = internal::thresholdOf(m_table.capacity(), loadFactor);
 }
 
 IntegerHashMap::~IntegerHashMap() noexcept(false) = default;
@@ -21,12 +22,6 @@ IntegerHashMap::~IntegerHashMap() noexcept(false) = default;
 std::int32_t IntegerHashMap::calcCapacity(std::int32_t size)
 {
     return internal::capacityFor(size);
-}
-
-void IntegerHashMap::allocTable(std::int32_t capacity)
-{
-    m_table.reset(capacity);
-    m_threshold = internal::thresholdOf(capacity, m_loadFactor);
 }
 
 void IntegerHashMap::rehash()
@@ -47,7 +42,8 @@ bool IntegerHashMap::keysEqual(std::int32_t a, std::int32_t b) const
 
 void IntegerHashMap::clear()
 {
-    allocTable(m_table.capacity());
+    m_table.clear();
+    m_threshold = internal::thresholdOf(m_table.capacity(), m_loadFactor);
 }
 
 Reference<Object> IntegerHashMap::get(std::int32_t key)

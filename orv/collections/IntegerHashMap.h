@@ -74,14 +74,13 @@ public:
 
 private:
     static std::int32_t calcCapacity(std::int32_t size);
-    void allocTable(std::int32_t capacity);
     void rehash();
     std::uint32_t getKeyHashCode(std::int32_t key) const;
     bool keysEqual(std::int32_t a, std::int32_t b) const;
 
     float m_loadFactor;
     std::int32_t m_size = 0;
-    std::int32_t m_threshold = 0;
+    std::int32_t m_threshold; ///< entries at which one more makes it grow
     internal::PackedTable<internal::IntegerKey> m_table;
 };
 

@@ -25,6 +25,8 @@ public:
     KeyText& operator=(const KeyText&) = delete;
     ~KeyText() { m_key.ReleaseReadLock(); }
 
+    const char16_t* data() const noexcept { return m_units.data; }
+    std::int32_t length() const noexcept { return m_units.length; }
     ::orv::internal::Units units() const noexcept { return m_units; }
 
 private:
@@ -48,9 +50,10 @@ void TextKey::store(Entry& entry) const noexcept
                 static_cast<std::size_t>(text.length) * sizeof(char16_t));
 }
 
-StringHashMap::StringHashMap(std::int32_t capacity, float loadFactor) : m_loadFactor(loadFactor)
+StringHashMap::StringHashMap(std::int32_t capacity, float loadFactor)
+    : m_loadFactor(loadFactor), m_table(std::max(capacity, 1))
 {
-    allocTable(std::max(capacity, 1));
+    m_threshold = internal::thresholdOf(m_table.capacity(), loadFactor);
 }
 
 StringHashMap::~StringHashMap() noexcept(false) = default;
@@ -58,12 +61,6 @@ StringHashMap::~StringHashMap() noexcept(false) = default;
 std::int32_t StringHashMap::calcCapacity(std::int32_t size)
 {
     return internal::capacityFor(size);
-}
-
-void StringHashMap::allocTable(std::int32_t capacity)
-{
-    m_table.reset(capacity);
-    m_threshold = internal::thresholdOf(capacity, m_loadFactor);
 }
 
 void StringHashMap::rehash()
@@ -83,29 +80,44 @@ std::uint32_t StringHashMap::getKeyHashCode(const char16_t* text, std::int32_t l
 bool StringHashMap::keysEqual(const String& key, const char16_t* text, std::int32_t length,
                               bool ignoreCase) const
 {
-    return key.getLength() == length && key.equals(text, length, ignoreCase);
+    return key.String::getLength() == length && key.equals(text, length, ignoreCase);
 }
 
-StringHashMap::Entry* StringHashMap::find(Units key) const
+/// A key to look for as it stands, which most texts allow without a bracket.
+struct StringHashMap::Sought {
+    const StringHashMap& map;
+    const String& key;
+
+    bool matches(const Entry& entry) const
+    {
+        const Units text = TextKey::of(entry);
+        return map.keysEqual(key, text.data, text.length, false);
+    }
+};
+
+StringHashMap::Entry* StringHashMap::find(const String& key, std::uint32_t hash) const
 {
-    return m_table.find(TextKey{key}, getKeyHashCode(key.data, key.length, false));
+    return m_table.find(Sought{*this, key}, hash);
 }
 
 void StringHashMap::clear()
 {
-    allocTable(m_table.capacity());
+    m_table.clear();
+    m_threshold = internal::thresholdOf(m_table.capacity(), m_loadFactor);
 }
 
 Reference<Object> StringHashMap::get(const char16_t* key, std::int32_t length)
 {
-    const Entry* const entry = find({key, length == -1 ? ORVStrLenW_32(key) : length});
+    const Units text{key, length == -1 ? ORVStrLenW_32(key) : length};
+    const std::uint32_t hash = getKeyHashCode(text.data, text.length, false);
+    const Entry* const entry = m_table.find(TextKey{text}, hash);
     return entry != nullptr ? Reference<Object>(entry->value) : nullptr;
 }
 
 Reference<Object> StringHashMap::get(const String& key)
 {
-    const KeyText text(key);
-    return get(text.units().data, text.units().length);
+    const Entry* const entry = find(key, key.hashCode(false));
+    return entry != nullptr ? Reference<Object>(entry->value) : nullptr;
 }
 
 std::int32_t StringHashMap::getSize() const
@@ -122,7 +134,7 @@ bool StringHashMap::containsKey(const char16_t* key, std::int32_t length) const
 bool StringHashMap::containsKey(const String& key) const
 {
     const KeyText text(key);
-    return containsKey(text.units().data, text.units().length);
+    return containsKey(text.data(), text.length());
 }
 
 bool StringHashMap::isEmpty() const
@@ -132,22 +144,21 @@ bool StringHashMap::isEmpty() const
 
 Reference<Object> StringHashMap::put(const String& key, Object* value)
 {
-    const KeyText text(key);
-    const TextKey sought{text.units()};
-    const std::uint32_t hash = getKeyHashCode(sought.text.data, sought.text.length, false);
-    if (Entry* const entry = m_table.find(sought, hash)) return m_table.exchange(*entry, value);
+    const std::uint32_t hash = key.hashCode(false);
+    if (Entry* const entry = find(key, hash)) return m_table.exchange(*entry, value);
 
-    m_table.reserve(sought);
+    const KeyText text(key);
+    const TextKey copied{text.units()};
+    m_table.reserve(copied);
     if (m_size >= m_threshold) rehash();
-    m_table.insert(sought, hash, value);
+    m_table.insert(copied, hash, value);
     ++m_size;
     return nullptr;
 }
 
 Reference<Object> StringHashMap::remove(const String& key)
 {
-    const KeyText text(key);
-    Entry* const entry = find(text.units());
+    Entry* const entry = find(key, key.hashCode(false));
     if (entry == nullptr) return nullptr;
     --m_size;
     return m_table.take(*entry);

@@ -106,18 +106,18 @@ public:
 private:
     using Entry = internal::TextKey::Entry;
     using Units = ::orv::internal::Units;
+    struct Sought;
 
     static std::int32_t calcCapacity(std::int32_t size);
-    void allocTable(std::int32_t capacity);
     void rehash();
     std::uint32_t getKeyHashCode(const char16_t* text, std::int32_t length, bool ignoreCase) const;
     bool keysEqual(const String& key, const char16_t* text, std::int32_t length,
                    bool ignoreCase) const;
-    Entry* find(Units key) const;
+    Entry* find(const String& key, std::uint32_t hash) const;
 
     float m_loadFactor;
     std::int32_t m_size = 0;
-    std::int32_t m_threshold = 0;
+    std::int32_t m_threshold; ///< entries at which one more makes it grow
     internal::PackedTable<internal::TextKey> m_table;
 };
 

@@ -49,8 +49,9 @@ public:
     void open()
     {
         const std::size_t words = wordOf(m_capacity - 1) + 1;
-        const std::size_t links =
-            (static_cast<std::size_t>(m_capacity) * sizeof(Link) + 7) / sizeof(std::uint64_t);
+        // NOLINTNEXTLINE(bugprone-sizeof-expression): a link may well be a pointer
+        const std::size_t bytes = static_cast<std::size_t>(m_capacity) * sizeof(Link);
+        const std::size_t links = (bytes + 7) / sizeof(std::uint64_t);
         m_memory = OwningArray<std::uint64_t>(words + links);
         std::fill_n(m_memory.get(), words, 0);
         m_links = reinterpret_cast<Link*>(m_memory.get() + words);

@@ -4,6 +4,7 @@
 #include "orv/Object.h"
 #include "orv/Reference.h"
 #include "orv/collections/internal/BucketArray.h"
+#include "orv/collections/internal/DropAll.h"
 
 #include <algorithm>
 #include <array>
@@ -26,7 +27,7 @@ struct PackedEntry {
 /// The storage of a chained hash table from keys to objects: entries with their keys lie one behind
 /// the other in one block, and 32-bit links join them to chains.
 ///
-/// A new table has one bucket. The first entries lie in the table itself, without buckets: a table
+/// The first entries lie in the table itself, without buckets: a table
 /// of a few entries takes no memory of its own. Nobody may see that: a walk gives buckets in order
 /// and within each the newest entry first, as chains with insertion at the front do. What is taken
 /// out leaves a hole; the block is packed anew when it is full. Entries move, so nothing points at
@@ -43,7 +44,7 @@ class PackedTable {
 public:
     using Entry = typename Key::Entry;
 
-    PackedTable() noexcept : m_buckets(1) {}
+    explicit PackedTable(std::int32_t capacity) noexcept : m_buckets(capacity) {}
     PackedTable(const PackedTable&) = delete;
     PackedTable& operator=(const PackedTable&) = delete;
     ~PackedTable() noexcept(false)
@@ -53,8 +54,9 @@ public:
 
     std::int32_t capacity() const noexcept { return m_buckets.capacity(); }
 
-    /// The entry of `key`, or null. Valid until the table changes.
-    Entry* find(const Key& key, std::uint32_t hash) const noexcept
+    /// The entry of `hash` that `key.matches(entry)`, or null. Valid until the table changes.
+    template <class Sought>
+    Entry* find(const Sought& key, std::uint32_t hash) const
     {
         if (!m_buckets.isOpen()) return findUnchained(key, hash);
         std::uint32_t link = m_buckets.head(m_buckets.bucketOf(hash));
@@ -132,12 +134,8 @@ public:
         m_buckets = std::move(grown);
     }
 
-    /// Drops all entries and begins anew with `capacity` buckets.
-    void reset(std::int32_t capacity)
-    {
-        const PackedTable old(std::move(*this));
-        m_buckets = Buckets(capacity);
-    }
+    /// Drops all entries and keeps the number of buckets.
+    void clear() { const PackedTable old(std::move(*this)); }
 
     /// Calls `visit(entry)` for all entries: buckets from the first to the last, each chain from
     /// its front.
@@ -193,7 +191,8 @@ private:
         return static_cast<std::uint32_t>((start - place(0)) / 8);
     }
 
-    Entry* findUnchained(const Key& key, std::uint32_t hash) const noexcept
+    template <class Sought>
+    Entry* findUnchained(const Sought& key, std::uint32_t hash) const
     {
         for (std::uint32_t link = 0; link != m_used;) {
             Entry& entry = at(link);
@@ -294,19 +293,17 @@ private:
         return used;
     }
 
-    /// Gives the counts on all values back. A value that throws does not keep the others.
+    /// Gives the counts on all values back.
     void releaseAll()
     {
-        std::exception_ptr thrown;
-        for (std::uint32_t link = 0; link != m_used; link += Key::granulesOf(at(link))) {
-            if (at(link).next == DEAD) continue;
-            try {
-                const auto dropped = Reference<Object>::adopt(at(link).value);
-            } catch (...) {
-                if (!thrown) thrown = std::current_exception();
-            }
-        }
-        if (thrown && std::uncaught_exceptions() == 0) std::rethrow_exception(thrown);
+        std::uint32_t link = 0;
+        dropAll([&] {
+            if (link == m_used) return false;
+            const Entry& entry = at(link);
+            link += Key::granulesOf(entry);
+            if (entry.next != DEAD && entry.value != nullptr) entry.value->Release();
+            return true;
+        });
     }
 
     Buckets m_buckets;

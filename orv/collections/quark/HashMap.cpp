@@ -112,7 +112,10 @@ HashMapEntry* HashMap::find(const IORVUnknown* key, std::uint32_t hash) const
     if (!m_buckets.isOpen()) return nullptr;
     HashMapEntry* entry = m_buckets.head(m_buckets.bucketOf(hash));
     for (; entry != nullptr; entry = entry->m_next) {
-        if (entry->m_hash == hash && keysEqual(entry->m_key.get(), key)) return entry;
+        if (entry->m_hash != hash) continue;
+        // Most callers want the value next, so it comes while the keys are compared.
+        __builtin_prefetch(entry->m_value.get(), 1);
+        if (keysEqual(entry->m_key.get(), key)) return entry;
     }
     return nullptr;
 }

@@ -41,12 +41,16 @@ private:
     void checkModification() const;
     void forgetCleared() noexcept;
     void moveOn() noexcept;
+    void fetchEntry() noexcept;
+    void fetchObjects() noexcept;
 
     Reference<HashMap> m_map;
     std::int32_t m_expectedModCount;
     std::int32_t m_kind;
     std::int32_t m_index;
-    std::int32_t m_tables; ///< of the map, when the entries below were seen
+    std::int32_t m_entriesAhead; ///< the bucket whose entry was fetched last
+    std::int32_t m_objectsAhead; ///< the bucket whose key and value were
+    std::int32_t m_tables;       ///< of the map, when the entries below were seen
 
     // They take no counts: while neither modification nor clear() is noticed, they are in the map.
     HashMapEntry* m_nextEntry = nullptr;
