@@ -4,6 +4,7 @@
 #include "orv/collections/quark/LinkedList.h"
 #include "tests/orv/collections/Elements.h"
 #include "tests/support/Living.h"
+#include "tests/support/OutOfMemory.h"
 
 #include <gtest/gtest.h>
 
@@ -407,6 +408,62 @@ TYPED_TEST(ListTest, theOwnIteratorOfASubListDoesNotSurviveARemoval)
     expectModified([&] { iterator->next(); });
     expectModified([&] { view->clear(); });
     EXPECT_EQ(numbersOf(list), (Numbers{0, 3, 4})) << "removes one and throws";
+}
+
+TYPED_TEST(ListTest, losesNothingWhenMemoryRunsOut)
+{
+    const auto element = boxed(7);
+    test::OutOfMemory memory;
+    memory.check(
+        "appends and insertions", [] { return makeReference<TypeParam>(); },
+        [&](const Reference<TypeParam>& list) {
+            for (int i = 0; i < 20; ++i) {
+                list->add(element.get());
+                list->add(0, element.get());
+            }
+        },
+        [&](const Reference<TypeParam>& list, bool done) {
+            int size = 0;
+            for (const IORVUnknown* own : *list) size += own == element.get() ? 1 : 1000;
+            EXPECT_EQ(size, list->getSize());
+            EXPECT_EQ(size == 40, done);
+        });
+}
+
+/// Allocations that `action` makes.
+template <class Action>
+std::uint64_t allocationsOf(Action action)
+{
+    static_cast<void>(orvcore::failAllocation(UINT32_MAX, false));
+    action();
+    return orvcore::failAllocation(0, false);
+}
+
+TEST(ArrayList, growsByHalfAndNeverShrinks)
+{
+    const auto list = makeReference<ArrayList>();
+    const auto append = [&](int count) {
+        return allocationsOf([&] {
+            for (int i = 0; i < count; ++i) list->add(nullptr);
+        });
+    };
+    for (const int step : {1, 1, 1, 1, 2, 3, 4, 6, 9}) {
+        EXPECT_EQ(append(1), 1u) << "full at " << list->getSize() - 1;
+        EXPECT_EQ(append(step - 1), 0u) << "room up to " << list->getSize();
+    }
+    list->clear();
+    EXPECT_EQ(append(28), 0u);
+}
+
+TEST(LinkedList, aQueueThatHasRunNeedsNoMemory)
+{
+    const auto queue = makeReference<LinkedList>();
+    const auto run = [&] {
+        for (int i = 0; i < 8; ++i) queue->add(nullptr);
+        for (int i = 0; i < 8; ++i) queue->remove(0);
+    };
+    EXPECT_EQ(allocationsOf(run), 1u);
+    EXPECT_EQ(allocationsOf(run), 0u);
 }
 
 TEST(LinkedListCursor, goesByIndexWhateverHappensToTheList)
