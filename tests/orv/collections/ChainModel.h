@@ -38,7 +38,6 @@ public:
     std::optional<std::int32_t> put(std::int32_t key, std::uint32_t hash, std::int32_t value)
     {
         if (Entry* const entry = find(key, hash)) return std::exchange(entry->value, value);
-        ++modifications;
         if (size >= static_cast<std::int32_t>(static_cast<float>(m_table.size()) * m_load)) grow();
         bucket(hash).push_front({hash, key, value});
         ++size;
@@ -56,7 +55,6 @@ public:
         const auto value = get(key, hash);
         if (!value) return value;
         bucket(hash).remove_if([&](const Entry& entry) { return entry.key == key; });
-        ++modifications;
         --size;
         return value;
     }
@@ -78,14 +76,13 @@ public:
     std::vector<std::int32_t> downward() const
     {
         std::vector<std::int32_t> keys;
-        for (auto chain = m_table.rbegin(); chain != m_table.rend(); ++chain) {
-            for (const Entry& entry : *chain) keys.push_back(entry.key);
+        for (std::size_t i = m_table.size(); i-- > 0;) {
+            for (const Entry& entry : m_table[i]) keys.push_back(entry.key);
         }
         return keys;
     }
 
     std::int32_t size = 0;
-    std::int32_t modifications = 0;
 
 private:
     using Chain = std::list<Entry>;
@@ -104,8 +101,8 @@ private:
     {
         std::vector<Chain> old(m_table.size() * 2 + 1);
         old.swap(m_table);
-        for (auto chain = old.rbegin(); chain != old.rend(); ++chain) {
-            for (const Entry& entry : *chain) bucket(entry.hash).push_front(entry);
+        for (std::size_t i = old.size(); i-- > 0;) {
+            for (const Entry& entry : old[i]) bucket(entry.hash).push_front(entry);
         }
     }
 

@@ -1,11 +1,8 @@
-#include "orv/Exceptions.h"
 #include "orv/Integers.h"
-#include "orv/collections/DefaultComparator.h"
 #include "orv/collections/IntegerHashMap.h"
 #include "orv/collections/Set.h"
 #include "orv/collections/StringHashMap.h"
 #include "orv/collections/quark/HashMap.h"
-#include "orv/collections/quark/HashSet.h"
 #include "orv/util/Comparator.h"
 
 #include "tests/orv/collections/ChainModel.h"
@@ -25,7 +22,6 @@ namespace orv::collections {
 namespace {
 
 using quark::HashMap;
-using quark::HashSet;
 using test::ChainModel;
 using test::Living;
 
@@ -244,18 +240,6 @@ TYPED_TEST(HashTables, replaceTheValueOfAKeyThatIsThere)
         table.put(6, makeReference<Living>(3).get());
     }
     EXPECT_EQ(Living::count(), before);
-}
-
-TYPED_TEST(HashTables, keepTheirSizeWhenCleared)
-{
-    TypeParam table(101, 0.75F);
-    for (std::int32_t key = 1; key <= 10; ++key) table.put(key, makeReference<Living>(key).get());
-    table.clear();
-    EXPECT_EQ(table.size(), 10);
-    EXPECT_TRUE(table.order().empty());
-    EXPECT_EQ(table.get(1), Found());
-    EXPECT_EQ(table.put(1, nullptr), Found());
-    EXPECT_EQ(table.size(), 11);
 }
 
 TYPED_TEST(HashTables, stayAsTheyWereWithoutMemory)
