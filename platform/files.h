@@ -34,6 +34,12 @@ ORVCORE_API void takeBackFromFile(ORVHandle file, std::int32_t size) noexcept;
 /// Cuts the file to `size` bytes.
 [[nodiscard]] ORVCORE_API ORVResult truncateFile(ORVHandle file, std::int64_t size) noexcept;
 
+/// When the open file was last changed, in seconds since 1970.
+[[nodiscard]] ORVCORE_API ORVResult fileTime(ORVHandle file, std::int64_t* seconds) noexcept;
+
+/// The same of the file that `path` names, in the way of ORVFileOpen().
+[[nodiscard]] ORVCORE_API ORVResult fileTime(const char16_t* path, std::int64_t* seconds) noexcept;
+
 /// Bytes that can be read without waiting, as far as the system tells; 0 where it does not.
 [[nodiscard]] ORVCORE_API std::int32_t availableInFile(ORVHandle file) noexcept;
 

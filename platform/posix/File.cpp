@@ -166,6 +166,26 @@ void takeBackFromFile(ORVHandle file, std::int32_t size) noexcept
     if (truncateFile(file, position - size) == S_OK) lseek(descriptor, 0, SEEK_END);
 }
 
+ORVResult fileTime(ORVHandle file, std::int64_t* seconds) noexcept
+{
+    if (seconds == nullptr) return E_POINTER;
+    struct stat status {};
+    if (fstat(descriptorFromFileHandle(file), &status) != 0) return lastError();
+    *seconds = status.st_mtim.tv_sec;
+    return S_OK;
+}
+
+ORVResult fileTime(const char16_t* path, std::int64_t* seconds) noexcept
+{
+    if (seconds == nullptr) return E_POINTER;
+    NativePath name;
+    if (const ORVResult result = name.assign(path); result < 0) return result;
+    struct stat status {};
+    if (stat(name.get(), &status) != 0) return lastError();
+    *seconds = status.st_mtim.tv_sec;
+    return S_OK;
+}
+
 std::int32_t availableInFile(ORVHandle file) noexcept
 {
     const int descriptor = descriptorFromFileHandle(file);

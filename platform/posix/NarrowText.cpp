@@ -95,6 +95,22 @@ iconv_t openDecoder() noexcept
     return isNoConverter(converter) ? nullptr : converter;
 }
 
+/// narrowExactly() from the first character outside ASCII on, behind `length` bytes.
+ORVResult narrowRest(const char16_t* text, char* out, std::size_t size, std::size_t length) noexcept
+{
+    NarrowEncoder encoder;
+    char bytes[NarrowEncoder::maxBytes];
+    while (*text != 0) {
+        const std::size_t count = encoder.encode(&text, bytes);
+        if (count == 0) return invalidName;
+        if (length + count >= size) return nameTooLong;
+        std::memcpy(out + length, bytes, count);
+        length += count;
+    }
+    out[length] = 0;
+    return S_OK;
+}
+
 } // namespace
 
 NarrowEncoder::NarrowEncoder() noexcept : m_converter(openEncoder()) {}
@@ -114,16 +130,13 @@ std::size_t NarrowEncoder::encode(const char16_t** text, char* out) noexcept
 
 ORVResult narrowExactly(const char16_t* text, char* out, std::size_t size) noexcept
 {
-    NarrowEncoder encoder;
-    char bytes[NarrowEncoder::maxBytes];
+    // ASCII, which most names are, is the same in every encoding that counts here.
     std::size_t length = 0;
-    while (*text != 0) {
-        const std::size_t count = encoder.encode(&text, bytes);
-        if (count == 0) return invalidName;
-        if (length + count >= size) return nameTooLong;
-        std::memcpy(out + length, bytes, count);
-        length += count;
+    for (; *text != 0 && *text < 0x80; ++text) {
+        if (length + 1 >= size) return nameTooLong;
+        out[length++] = static_cast<char>(*text);
     }
+    if (*text != 0) return narrowRest(text, out, size, length);
     if (length >= size) return nameTooLong;
     out[length] = 0;
     return S_OK;

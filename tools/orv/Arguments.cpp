@@ -1,6 +1,9 @@
 #include "tools/orv/Arguments.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace tool {
 
@@ -8,10 +11,30 @@ using orv::Reference;
 using orv::String;
 using Element = orv::util::CommandLineParser::Element;
 
+namespace {
+
+[[noreturn]] void noValue(const char16_t* name)
+{
+    const String option = String(u"-") + name;
+    throw UsageError{option + u" has no value; write " + option + u"=VALUE"};
+}
+
+} // namespace
+
 Arguments::Arguments(int count, char** words, std::span<const char16_t* const> known,
                      std::int32_t wordCount)
+    : m_words(words, static_cast<std::size_t>(count))
 {
-    m_parser.parse(count, words);
+    // The parser has a grammar for values, with lists and quotes; here they are taken as they are.
+    std::vector<std::string> names;
+    for (const char* word : m_words) {
+        const std::string_view text(word);
+        const bool isOption = text.find_first_of("-/") == 0;
+        names.emplace_back(text.substr(0, isOption ? text.find('=') : text.npos));
+    }
+    std::vector<char*> pointers;
+    for (std::string& name : names) pointers.push_back(name.data());
+    m_parser.parse(count, pointers.data());
     for (std::int32_t i = 0; i < m_parser.getElementCount(); ++i) {
         const Reference<const Element> element = m_parser.getElement(i);
         const String name = element->getName();
@@ -33,17 +56,24 @@ bool Arguments::has(const char16_t* name) const
 
 String Arguments::text(const char16_t* name) const
 {
-    const String option = String(u"-") + name;
-    if (!has(name)) throw UsageError{option + u" is missing"};
-    const Reference<const Element> element = m_parser.getOption(name);
-    String joined;
-    for (std::int32_t i = 0; i < element->getValueCount(); ++i) {
-        if (i > 0) joined.append(u',');
-        joined.append(element->getValueString(i));
+    const String value = verbatim(name);
+    if (value.getLength() == 0) noValue(name);
+    return value;
+}
+
+String Arguments::verbatim(const char16_t* name) const
+{
+    const String start = String(name) + u"=";
+    // As in the parser, the last one counts.
+    for (std::size_t i = m_words.size(); i-- > 0;) {
+        const String word(m_words[i]);
+        const std::int32_t first = word.findFirstNotOf(u"-/", 2);
+        if (first < 1) continue;
+        const String option = word.substring(first);
+        if (option.startsWith(start)) return option.substring(start.getLength());
     }
-    if (joined.getLength() == 0)
-        throw UsageError{option + u" has no value; write " + option + u"=VALUE"};
-    return joined;
+    if (!has(name)) throw UsageError{String(u"-") + name + u" is missing"};
+    noValue(name);
 }
 
 std::int32_t Arguments::number(const char16_t* name, std::int32_t least, std::int32_t most) const

@@ -30,8 +30,12 @@ public:
     /// Whether the option stands on the command line.
     bool has(const char16_t* name) const;
 
-    /// The value of the option, commas and all. Throws UsageError where it is absent or empty.
+    /// The value of the option, as it is. Throws UsageError where it is absent or empty.
     orv::String text(const char16_t* name) const;
+
+    /// What stands behind the "=" of the option, perhaps nothing. Throws UsageError where the
+    /// option is absent or has no "=".
+    orv::String verbatim(const char16_t* name) const;
 
     /// The value of the option as a whole decimal number between `least` and `most`.
     std::int32_t number(const char16_t* name, std::int32_t least, std::int32_t most) const;
@@ -40,6 +44,7 @@ public:
     orv::String word(std::int32_t index, const char16_t* what) const;
 
 private:
+    std::span<char* const> m_words;
     orv::util::CommandLineParser m_parser;
 };
 

@@ -28,6 +28,7 @@ extern const Command classes;
 extern const Command convert;
 extern const Command digest;
 extern const Command encodings;
+extern const Command ini;
 extern const Command log;
 extern const Command uri;
 

@@ -32,6 +32,8 @@ constexpr bool hasServer(const char16_t* path) noexcept
 /// its start; what follows it without a separator counts from the current folder.
 class NativePath {
 public:
+    NativePath() noexcept { m_bytes[0] = 0; }
+
     /// Takes `path` whole or fails: E_POINTER for null, 0x80070003 for other drives and servers,
     /// 0x8007007B for a character that the encoding lacks, 0x800700CE for a path longer than the
     /// system's bound. The empty path stays empty.
@@ -41,7 +43,7 @@ public:
     const char* get() const noexcept { return m_bytes; }
 
 private:
-    char m_bytes[PATH_MAX] = "";
+    char m_bytes[PATH_MAX];
 };
 
 } // namespace orvcore
