@@ -11,6 +11,7 @@
 #include "orv/collections/quark/Map.h"
 #include "orv/exec/Thread.h"
 #include "orv/i18n/Locale.h"
+#include "orv/i18n/StringMapBundle.h"
 #include "orv/io/AlphaNumInputStream.h"
 #include "orv/io/AlphaNumOutputStream.h"
 #include "orv/io/BitInputStream.h"
@@ -149,6 +150,7 @@ constexpr ClassRow rows[] = {
     row<io::OutputStreamWriter>(u"CORVOutputStreamWriter"),
     row<io::PrintWriter>(u"CORVPrintWriter"),
     row<io::Reader>(u"CORVReader"),
+    row<i18n::StringBundle>(u"CORVResourceBundle"),
     row<util::ROByteBuffer>(u"CORVROByteBuffer", &make<util::ROByteBuffer>),
     row<util::ROCharBuffer>(u"CORVROCharBuffer", &make<util::ROCharBuffer>),
     row<exec::IRunnable>(u"CORVRunnable"),
@@ -161,6 +163,7 @@ constexpr ClassRow rows[] = {
     row<io::StdioInputStream>(u"CORVStdioInputStream", &make<io::StdioInputStream>),
     row<io::StdioOutputStream>(u"CORVStdioOutputStream", &make<io::StdioOutputStream>),
     row<String>(u"CORVString", &make<String>),
+    row<i18n::StringMapBundle>(u"orv::i18n::StringMapBundle"),
     row<io::StringWriter>(u"CORVStringWriter", &make<io::StringWriter, 0>),
     row<sync::Object>(u"CORVSyncObject"),
     row<exec::Thread>(u"CORVThread"),
