@@ -54,12 +54,12 @@ AlphaNumInputStream::~AlphaNumInputStream() noexcept(false) = default;
 
 std::int32_t AlphaNumInputStream::read(char* buffer, std::int32_t n)
 {
-    return InputStream::read(buffer, n);
+    return read(reinterpret_cast<signed char*>(buffer), n);
 }
 
 std::int32_t AlphaNumInputStream::read(unsigned char* buffer, std::int32_t n)
 {
-    return InputStream::read(buffer, n);
+    return read(reinterpret_cast<signed char*>(buffer), n);
 }
 
 std::int32_t AlphaNumInputStream::read(signed char* buffer, std::int32_t n)
@@ -83,11 +83,13 @@ std::int32_t AlphaNumInputStream::read(signed char* buffer, std::int32_t n)
 
 std::int32_t AlphaNumInputStream::read()
 {
-    return InputStream::read();
+    signed char byte = 0;
+    return read(&byte, 1) < 1 ? -1 : static_cast<unsigned char>(byte);
 }
 
 std::int32_t AlphaNumInputStream::skip(std::int32_t n)
 {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the filter's own would count symbols
     return InputStream::skip(n);
 }
 

@@ -22,12 +22,12 @@ AlphaNumOutputStream::~AlphaNumOutputStream() noexcept(false) = default;
 
 void AlphaNumOutputStream::write(const char* bytes, std::int32_t n)
 {
-    OutputStream::write(bytes, n);
+    write(reinterpret_cast<const signed char*>(bytes), n);
 }
 
 void AlphaNumOutputStream::write(const unsigned char* bytes, std::int32_t n)
 {
-    OutputStream::write(bytes, n);
+    write(reinterpret_cast<const signed char*>(bytes), n);
 }
 
 void AlphaNumOutputStream::write(const signed char* bytes, std::int32_t n)
@@ -46,7 +46,7 @@ void AlphaNumOutputStream::write(const signed char* bytes, std::int32_t n)
 
 void AlphaNumOutputStream::write(signed char byte)
 {
-    OutputStream::write(byte);
+    write(&byte, 1);
 }
 
 void AlphaNumOutputStream::flush()

@@ -15,12 +15,12 @@ BitInputStream::~BitInputStream() noexcept(false) = default;
 
 std::int32_t BitInputStream::read(char* buffer, std::int32_t n)
 {
-    return InputStream::read(buffer, n);
+    return read(reinterpret_cast<signed char*>(buffer), n);
 }
 
 std::int32_t BitInputStream::read(unsigned char* buffer, std::int32_t n)
 {
-    return InputStream::read(buffer, n);
+    return read(reinterpret_cast<signed char*>(buffer), n);
 }
 
 std::int32_t BitInputStream::read(signed char* buffer, std::int32_t n)

@@ -25,12 +25,12 @@ BitOutputStream::~BitOutputStream() noexcept(false) = default;
 
 void BitOutputStream::write(const char* bytes, std::int32_t n)
 {
-    OutputStream::write(bytes, n);
+    write(reinterpret_cast<const signed char*>(bytes), n);
 }
 
 void BitOutputStream::write(const unsigned char* bytes, std::int32_t n)
 {
-    OutputStream::write(bytes, n);
+    write(reinterpret_cast<const signed char*>(bytes), n);
 }
 
 void BitOutputStream::write(const signed char* bytes, std::int32_t n)

@@ -47,15 +47,12 @@ TEST(BitOutputStream, refusesWhatDoesNotFitAndWritesNothingOfIt)
     Bits bits;
     BitOutputStream& out = *bits.out;
     const auto tooBig = [](auto write) { return test::thrownBy<RangeErrorException>(write); };
-    EXPECT_EQ(tooBig([&] { out.write(2, 1); }), u"Number out of range");
-    EXPECT_EQ(tooBig([&] { out.write(1, 32); }), u"Number out of range");
-    EXPECT_EQ(tooBig([&] { out.write(static_cast<signed char>(-1)); }), u"Number out of range");
+    const String text(u"Number out of range");
+    EXPECT_EQ(tooBig([&] { out.write(2, 1); }), text);
+    EXPECT_EQ(tooBig([&] { out.write(1, 32); }), text);
     EXPECT_EQ(codeThrownBy([&] { out.write(0, 33); }), 0x80070057);
     EXPECT_EQ(codeThrownBy([&] { out.write(0, 0); }), 0x80070057);
-    out.flush();
-    EXPECT_EQ(bits.bytes->content, "");
-
-    EXPECT_EQ(tooBig([&] { out.write("\x7F\x80", 2); }), u"Number out of range");
+    EXPECT_EQ(tooBig([&] { out.write("\x7F\x80", 2); }), text);
     out.write(0, 32);
     out.write(255, 8);
     EXPECT_EQ(bits.bytes->content, "\x7F\0\0\0\0\xFF"sv);
@@ -73,34 +70,25 @@ TEST(BitInputStream, givesBytesUpToTheEnd)
     EXPECT_EQ(test::readOnce(*in, 5), "|-1");
 }
 
-/// Streams of which a derived class sees each bit.
-struct CountingOut : BitOutputStream {
-    using BitOutputStream::BitOutputStream;
-    void writeBit(bool bit) override
-    {
-        ++bits;
-        BitOutputStream::writeBit(!bit);
-    }
-    int bits = 0;
-};
-
-struct CountingIn : BitInputStream {
+/// Its readBit() turns each bit, and so must everything that reads bits.
+struct Turned : BitInputStream {
     using BitInputStream::BitInputStream;
     std::int32_t readBit() override { return 1 - BitInputStream::readBit(); }
 };
 
+struct TurnedOut : BitOutputStream {
+    using BitOutputStream::BitOutputStream;
+    void writeBit(bool bit) override { BitOutputStream::writeBit(!bit); }
+};
+
 TEST(BitStreams, ofDerivedClassesGoBitByBit)
 {
-    const auto bytes = makeReference<RecordingStream>();
-    const auto out = makeReference<CountingOut>(bytes.get());
-    out->write(6, 4);
-    out->write("A", 1);
-    out->flush();
-    EXPECT_EQ(out->bits, 12);
-    EXPECT_EQ(bytes->content, "\x9B\xE0");
-    const auto in = makeReference<CountingIn>(makeReference<PieceStream>(bytes->content).get());
+    const auto in = makeReference<Turned>(makeReference<PieceStream>("\x9B\xE0").get());
     EXPECT_EQ(in->read(4), 6);
     EXPECT_EQ(in->read(), 'A');
+    const auto bytes = makeReference<RecordingStream>();
+    makeReference<TurnedOut>(bytes.get())->write("A", 1);
+    EXPECT_EQ(bytes->content, "\xBE");
 }
 
 TEST(BitOutputStream, offersAByteThatWasRefusedAgain)

@@ -59,7 +59,7 @@ TEST(ByteBuffer, laysOutNumbersInItsOrderAtAnyPlace)
         EXPECT_EQ(bytesOf(absolute), bytes);
         EXPECT_EQ(absolute.getInt16(1) + absolute.getInt32(3), 0x0102 + 0x03040506);
         EXPECT_EQ(absolute.getInt64(7), 0x0708090A0B0C0D0E);
-        EXPECT_EQ(absolute.getFloat(15) + static_cast<float>(absolute.getDouble(19)), 0);
+        EXPECT_EQ(absolute.getDouble(19), -1.0 * absolute.getFloat(15));
     }
 }
 
@@ -76,8 +76,7 @@ TEST(ByteBuffer, keepsPositionBelowLimitBelowCapacity)
     EXPECT_EQ(buffer.get(bytes, 4), 0u) << "the position is above the limit";
     buffer.rewind();
     EXPECT_EQ(buffer.get(1u, bytes, 4), 2u);
-    EXPECT_EQ(buffer.put(bytes, 2), 2u);
-    EXPECT_EQ(buffer.put(bytes, 2), 1u);
+    EXPECT_EQ(buffer.put(bytes, 4), 3u);
     buffer.setLimit(1);
     EXPECT_EQ(buffer.getPosition(), 3u);
     buffer.clear();
@@ -89,11 +88,9 @@ TEST(ByteBuffer, readOnlyRefusesEveryPut)
     const signed char bytes[8] = {1, 2, 3, 4, 5, 6, 7, 8};
     ByteBuffer buffer(bytes, 8, ORV_ENDIAN_LITTLE);
     const std::function<void()> puts[] = {
-        [&] { buffer.put(0u, 0); },      [&] { buffer.put(0u, bytes, 1); },
-        [&] { buffer.putInt16(0, 0); },  [&] { buffer.putInt32(0, 0); },
-        [&] { buffer.putInt64(0, 0); },  [&] { buffer.putFloat(0, 0); },
-        [&] { buffer.putDouble(0, 0); }, [&] { buffer.put(bytes, 1); },
-        [&] { buffer.putInt32(0); },     [&] { buffer.putDouble(0); },
+        [&] { buffer.put(0u, 0); },     [&] { buffer.put(0u, bytes, 1); },
+        [&] { buffer.putInt16(0, 0); }, [&] { buffer.put(bytes, 1); },
+        [&] { buffer.putDouble(0); },
     };
     for (const auto& put : puts) EXPECT_EQ(thrownBy<ReadOnlyException>(put), u"");
     EXPECT_EQ(buffer.getPosition(), 0u);
@@ -167,13 +164,10 @@ TEST(ByteBuffer, fillsFromStreamsAndEmptiesIntoThem)
     const auto in = makeReference<PieceStream>("abcdefghi", 3u);
     EXPECT_EQ(buffer->readFrom(in.get()), 3u);
     EXPECT_EQ(buffer->readFully(in.get()), 4u);
-    EXPECT_EQ(buffer->readFrom(in.get()), 0u);
-    EXPECT_EQ(in->position, 7u);
     buffer->flip();
     buffer->setPosition(2);
     const auto out = makeReference<RecordingStream>();
-    EXPECT_EQ(buffer->writeTo(out.get()), 5u);
-    EXPECT_EQ(buffer->writeTo(out.get()), 0u);
+    EXPECT_EQ(buffer->writeTo(out.get()) + buffer->writeTo(out.get()), 5u);
     EXPECT_EQ(out->content, "cdefg");
     buffer->clear();
     EXPECT_EQ(buffer->readFully(in.get()), 2u);
@@ -183,16 +177,14 @@ TEST(ByteBuffer, fillsFromStreamsAndEmptiesIntoThem)
 TEST(ByteBufferStreams, stayBelowTheLimit)
 {
     const auto buffer = bufferOf("abcd");
-    const auto in = makeReference<ByteBufferInputStream>(buffer.get());
-    EXPECT_EQ(test::readOnce(*in, 3), "abc");
-    EXPECT_EQ(test::readOnce(*in, 0), "");
-    EXPECT_EQ(test::readOnce(*in, 3), "d");
-    EXPECT_EQ(test::readOnce(*in, 0), "|-1");
-    buffer->clear();
     buffer->setLimit(3);
+    const auto in = makeReference<ByteBufferInputStream>(buffer.get());
+    EXPECT_EQ(test::readOnce(*in, 0), "");
+    EXPECT_EQ(test::readOnce(*in, 9), "abc");
+    EXPECT_EQ(test::readOnce(*in, 0), "|-1");
+    buffer->rewind();
     const auto out = makeReference<ByteBufferOutputStream>(buffer.get());
     out->write("ABC", 3);
-    out->write("", 0);
     EXPECT_EQ(out->Overflowed(), 0);
     out->write("D", 1);
     EXPECT_EQ(out->Overflowed(), 1);
