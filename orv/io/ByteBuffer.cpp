@@ -27,7 +27,8 @@ struct alignas(std::max_align_t) Owners {
 signed char* allocateArray(std::uint32_t capacity)
 {
     void* const block = orvcore::allocate(sizeof(Owners) + capacity);
-    return reinterpret_cast<signed char*>(::new (block) Owners + 1);
+    auto* const owners = ::new (block) Owners;
+    return reinterpret_cast<signed char*>(owners + 1);
 }
 
 Owners& ownersOf(signed char* array)
