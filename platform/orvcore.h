@@ -79,6 +79,14 @@ enum ENUM_ORV_HKEY : std::uint32_t {
     ORV_HKEY_CONFIG_64 = 4,  ///< machine configuration, 64-bit view
 };
 
+/// The type of a value in the configuration store.
+enum ENUM_ORV_REG_TYPE : std::uint32_t {
+    ORV_REG_STRING = 0, ///< units with a terminator, which the size counts
+    ORV_REG_UINT32 = 1, ///< 4 bytes
+    ORV_REG_UINT64 = 2, ///< 8 bytes
+    ORV_REG_BINARY = 3, ///< bytes
+};
+
 /// What runs on a new thread. Its result is what ORVThreadJoin() gives.
 using ORVThreadEntry = void* (*)(void* argument);
 
@@ -452,8 +460,11 @@ ORVCORE_API std::int32_t ORVgetaddrinfo(const char* node, const char* service,
 /// Frees a list of ORVgetaddrinfo(); null is allowed.
 ORVCORE_API void ORVfreeaddrinfo(addrinfo* list) noexcept;
 
-// Registry. Key and value names are found without regard to case; the value named "" is the
-// default value of its key.
+// Registry: the configuration store. Key and value names are found without regard to case; the value
+// named "" or null is the default value of its key. Backslashes divide a path, several count as one.
+// Results of all operations: 0x80070002 where key or value is absent, 0x800700CE for a name of more
+// than 254 units, 0x800703F1 where the store is damaged, 0x800700AA where other processes kept it
+// for too long, 0x80070032 in a forked child of a process that had used it.
 
 /// Reads a value. With `type`, `data` and `size` null tests its existence. `size` holds the room
 /// in bytes and receives the size of the value; 0x80004009 when the room is too small.
@@ -461,7 +472,8 @@ ORVCORE_API void ORVfreeaddrinfo(addrinfo* list) noexcept;
 ORVCORE_API ORVResult ORVRegistryGetValue(ENUM_ORV_HKEY root, const char16_t* path,
                                           const char16_t* name, std::uint32_t* type, void* data,
                                           std::uint32_t* size) noexcept;
-/// Writes a value of `size` bytes, creating the key where it is absent.
+/// Writes a value of `size` bytes, creating the key where it is absent. E_INVALIDARG for a type that
+/// is none of ENUM_ORV_REG_TYPE and for a number of another size than its own.
 ORVCORE_API ORVResult ORVRegistrySetValue(ENUM_ORV_HKEY root, const char16_t* path,
                                           const char16_t* name, std::uint32_t type,
                                           const void* data, std::uint32_t size) noexcept;

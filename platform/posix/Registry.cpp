@@ -9,9 +9,6 @@ namespace orvcore {
 namespace {
 
 constexpr ORVResult noMoreItems = systemResult(259);
-constexpr std::uint32_t typeUint32 = 1;
-constexpr std::uint32_t typeUint64 = 2;
-constexpr std::uint32_t lastType = 3;
 
 /// A value by the place of its key and by its name, null being the default value's.
 struct StoreValue {
@@ -47,9 +44,9 @@ ORVResult deliver(std::uint32_t storedType, std::string_view bytes, std::uint32_
 bool isValueOf(std::uint32_t type, std::uint32_t size) noexcept
 {
     switch (type) {
-    case typeUint32: return size == sizeof(std::uint32_t);
-    case typeUint64: return size == sizeof(std::uint64_t);
-    default: return type <= lastType;
+    case ORV_REG_UINT32: return size == sizeof(std::uint32_t);
+    case ORV_REG_UINT64: return size == sizeof(std::uint64_t);
+    default: return type <= ORV_REG_BINARY;
     }
 }
 
