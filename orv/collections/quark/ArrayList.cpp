@@ -12,6 +12,15 @@ namespace orv::collections::quark {
 using internal::checkIndex;
 using internal::checkPlace;
 
+namespace {
+
+constexpr std::size_t bytesOf(std::int64_t items) noexcept
+{
+    return static_cast<std::size_t>(items) * sizeof(void*);
+}
+
+} // namespace
+
 ArrayList::ArrayList() = default;
 
 ArrayList::ArrayList(const IORVComparator* comparator) : AbstractList(comparator) {}
@@ -52,7 +61,7 @@ void ArrayList::grow()
     const std::int64_t wanted = std::max(half, std::int64_t{m_size} + 1);
     if (wanted > INT32_MAX) throwOutOfMemory();
 
-    const auto bytes = static_cast<std::size_t>(wanted) * sizeof *m_items;
+    const auto bytes = bytesOf(wanted);
     auto** const items = static_cast<IORVUnknown**>(internal::allocateStorage(bytes));
     std::copy_n(m_items, m_size, items);
     orvcore::deallocate(m_items);
@@ -65,7 +74,7 @@ void ArrayList::insert(std::int32_t index, IORVUnknown* element)
     if (m_size == m_capacity) grow();
     if (element != nullptr) element->AddRef();
     IORVUnknown** const place = m_items + index;
-    std::memmove(place + 1, place, static_cast<std::size_t>(m_size - index) * sizeof *place);
+    std::memmove(place + 1, place, bytesOf(m_size - index));
     *place = element;
     ++m_size;
 }
@@ -109,7 +118,7 @@ Reference<IORVUnknown> ArrayList::remove(std::int32_t index)
     IORVUnknown** const place = m_items + index;
     auto removed = Reference<IORVUnknown>::adopt(*place);
     --m_size;
-    std::memmove(place, place + 1, static_cast<std::size_t>(m_size - index) * sizeof *place);
+    std::memmove(place, place + 1, bytesOf(m_size - index));
     ++m_modCount;
     return removed;
 }
