@@ -38,6 +38,7 @@
 #include "orv/io/StringWriter.h"
 #include "orv/math/BigDecimal.h"
 #include "orv/math/BigInteger.h"
+#include "orv/net/TcpServerSocket.h"
 #include "orv/sync/Atomic.h"
 #include "orv/sync/Event.h"
 #include "orv/sync/FakeMutex.h"
@@ -166,6 +167,8 @@ constexpr ClassRow rows[] = {
     row<i18n::StringMapBundle>(u"orv::i18n::StringMapBundle"),
     row<io::StringWriter>(u"CORVStringWriter", &make<io::StringWriter, 0>),
     row<sync::Object>(u"CORVSyncObject"),
+    row<net::TcpServerSocket>(u"orv::net::TcpServerSocket"),
+    row<net::TcpSocket>(u"orv::net::TcpSocket"),
     row<exec::Thread>(u"CORVThread"),
     row<UInteger16>(u"CORVUInteger16"),
     row<UInteger32>(u"CORVUInteger32"),

@@ -1,12 +1,14 @@
 #include "orv/Library.h"
 
 #include "orv/ClassManager.h"
+#include "orv/Exception.h"
 #include "orv/Failure.h"
 #include "orv/internal/ClassTable.h"
 #include "orv/internal/EmptyText.h"
 #include "orv/internal/ExitList.h"
 #include "orv/internal/ModuleToken.h"
 #include "orv/math/BigInteger.h"
+#include "orv/net/TcpSocket2.h"
 #include "orv/sync/Mutex.h"
 #include "orv/text/charset/CodecManager.h"
 #include "orv/text/charset/internal/CodecTables.h"
@@ -39,11 +41,19 @@ void bringUp()
     text::charset::internal::buildEncInfo();
 }
 
+void endSockets()
+{
+    const ENUM_ORV_E_SOCKET result = net::TcpSocket2::uninit();
+    if (result == ORV_E_SOCKET_OK) return;
+    throw Exception(String(u"ORVCLLibUninit ").append(ORVGetDescriptionFromORV_E_SOCKET(result)));
+}
+
 void takeDown()
 {
     text::charset::internal::freeEncInfo();
     text::charset::CodecManager::freeInstance();
     ClassManager::freeInstance();
+    endSockets();
     delete g_pGlobalLock;
     g_pGlobalLock = nullptr;
     ORVSetNewHandler(previousNewHandler);

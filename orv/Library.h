@@ -15,6 +15,8 @@ ORV_API orv::Result ORVCLLibInit();
 
 /// Undoes one ORVCLLibInit(); the last one takes the library down. E_FAIL when there were more of
 /// these calls than of those. Never throws.
+///
+/// E_FAIL too when the sockets cannot be ended: then the global lock and the new-handler stay.
 ORV_API orv::Result ORVCLLibUninit() noexcept;
 
 } // extern "C"

@@ -1,6 +1,7 @@
 #include "platform/orvcore.h"
 
 #include "platform/posix/internal/Results.h"
+#include "platform/posix/internal/SocketErrors.h"
 
 #include <cerrno>
 #include <climits>
@@ -12,30 +13,11 @@
 
 namespace {
 
-// The family of IPv6 addresses as callers know it.
-constexpr int familyOfCallers = 23;
-
 void translateFamily(addrinfo& entry) noexcept
 {
     if (entry.ai_family != AF_INET6) return;
-    entry.ai_family = familyOfCallers;
-    if (entry.ai_addr != nullptr) entry.ai_addr->sa_family = familyOfCallers;
-}
-
-std::int32_t resolverError(int error) noexcept
-{
-    switch (error) {
-    case 0: return 0;
-    case EAI_BADFLAGS: return 12022;
-    case EAI_SOCKTYPE: return 12044;
-    case EAI_FAMILY: return 12047;
-    case EAI_SERVICE: return 12109;
-    case EAI_NONAME: return 13001;
-    case EAI_AGAIN: return 13002;
-    case EAI_MEMORY: return 2008;
-    case EAI_NODATA: return 14001;
-    default: return 13003;
-    }
+    entry.ai_family = orvcore::FAMILY_IPV6;
+    if (entry.ai_addr != nullptr) entry.ai_addr->sa_family = orvcore::FAMILY_IPV6;
 }
 
 } // namespace
@@ -57,7 +39,7 @@ std::int32_t ORVgetaddrinfo(const char* node, const char* service, const addrinf
 {
     addrinfo wanted{};
     if (hints != nullptr) wanted = *hints;
-    if (wanted.ai_family == familyOfCallers) wanted.ai_family = AF_INET6;
+    if (wanted.ai_family == orvcore::FAMILY_IPV6) wanted.ai_family = AF_INET6;
 
     addrinfo* list = nullptr;
     int error;
@@ -66,7 +48,7 @@ std::int32_t ORVgetaddrinfo(const char* node, const char* service, const addrinf
     } while (error == EAI_SYSTEM && errno == EINTR);
     *out = error == 0 ? list : nullptr;
     for (addrinfo* entry = *out; entry != nullptr; entry = entry->ai_next) translateFamily(*entry);
-    return resolverError(error);
+    return static_cast<std::int32_t>(orvcore::resolverErrorOf(error));
 }
 
 void ORVfreeaddrinfo(addrinfo* list) noexcept

@@ -27,6 +27,7 @@ extern const Command cipher;
 extern const Command classes;
 extern const Command convert;
 extern const Command digest;
+extern const Command echo;
 extern const Command encodings;
 extern const Command ini;
 extern const Command log;

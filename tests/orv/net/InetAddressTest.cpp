@@ -1,0 +1,203 @@
+#include "orv/net/InetSocketAddress.h"
+
+#include "tests/support/Loopback.h"
+#include "tests/support/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+
+#include <netdb.h>
+
+namespace orv::net {
+namespace {
+
+orv_sockaddr_union addressOf(const char* text, std::uint16_t port)
+{
+    addrinfo* list = nullptr;
+    EXPECT_EQ(orvcore::resolve(text, nullptr, {4, 0, 1, 6}, &list), 0u) << text;
+    orv_sockaddr_union address = orvcore::readAddressEntry(list).address;
+    ORVfreeaddrinfo(list);
+    address.ipv4.port = test::loopback(port).ipv4.port;
+    return address;
+}
+
+TEST(InetAddress, answersByItsFamily)
+{
+    struct Row {
+        const char* text;
+        std::uint16_t family;
+        std::int16_t any, loopback, none;
+    };
+    for (const Row& row : {Row{"0.0.0.0", 2, 1, 0, 0},
+                           {"127.0.0.1", 2, 0, 1, 0},
+                           {"127.0.0.2", 2, 0, 0, 0},
+                           {"255.255.255.255", 2, 0, 0, 1},
+                           {"255.255.255.254", 2, 0, 0, 0},
+                           {"::", 23, 1, 0, 0},
+                           {"::1", 23, 0, 1, 0},
+                           {"1::1", 23, 0, 0, 0},
+                           {"ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff", 23, 0, 0, 0}}) {
+        SCOPED_TRACE(row.text);
+        const orv_sockaddr_union source = addressOf(row.text, 80);
+        InetAddress* made = nullptr;
+        ASSERT_EQ(InetAddress::create(&source, &made), ORV_E_SOCKET_OK);
+        const std::unique_ptr<InetAddress> address(made);
+        std::uint16_t family = 0;
+        EXPECT_EQ(address->getFamily(&family), ORV_E_SOCKET_OK);
+        EXPECT_EQ(family, row.family);
+        EXPECT_EQ(address->isAddressAny(), row.any);
+        EXPECT_EQ(address->isAddressLoopback(), row.loopback);
+        EXPECT_EQ(address->isAddressNone(), row.none);
+        String text(u"<");
+        EXPECT_EQ(address->getAddressStr(text), ORV_E_SOCKET_OK);
+        EXPECT_EQ(address->getAddressStr(text), ORV_E_SOCKET_OK);
+        EXPECT_EQ(text, String(u"<") + String(row.text) + String(row.text)) << "it appends";
+
+        orv_sockaddr_union storage{};
+        std::uint64_t size = sizeof storage;
+        EXPECT_EQ(address->getStorageBinary(&storage, &size), ORV_E_SOCKET_OK);
+        EXPECT_EQ(std::memcmp(&storage, &source, size), 0);
+        address->setAddressAny();
+        EXPECT_EQ(address->isAddressAny(), 1);
+        EXPECT_EQ(address->getStorageBinary(&storage, &size), ORV_E_SOCKET_OK);
+        EXPECT_EQ(test::portOf(storage), 80) << "the port stays";
+        EXPECT_EQ(storage.family, row.family);
+    }
+}
+
+TEST(InetAddress, tellsTheSizeThatABufferNeeds)
+{
+    const orv_sockaddr_union v4 = addressOf("1.2.3.4", 80);
+    const orv_sockaddr_union v6 = addressOf("1::2", 80);
+    struct Row {
+        const orv_sockaddr_union* source;
+        std::uint64_t address, storage;
+    };
+    for (const Row& row : {Row{&v4, 4, 16}, Row{&v6, 16, 28}}) {
+        InetAddress* made = nullptr;
+        ASSERT_EQ(InetAddress::create(row.source, &made), ORV_E_SOCKET_OK);
+        const std::unique_ptr<InetAddress> address(made);
+        std::uint64_t length = 0;
+        EXPECT_EQ(address->getAddressBinaryLength(&length), ORV_E_SOCKET_OK);
+        EXPECT_EQ(length, row.address);
+        EXPECT_EQ(address->getStorageBinaryLength(&length), ORV_E_SOCKET_OK);
+        EXPECT_EQ(length, row.storage);
+        signed char bytes[16] = {};
+        orv_sockaddr_union storage{};
+        length = row.address - 1;
+        EXPECT_EQ(address->getAddressBinary(bytes, &length), ORV_E_SOCKET_EMSGSIZE);
+        EXPECT_EQ(length, row.address);
+        EXPECT_EQ(bytes[0], 0) << "nothing is written";
+        EXPECT_EQ(address->getAddressBinary(bytes, &length), ORV_E_SOCKET_OK);
+        EXPECT_EQ(std::memcmp(bytes, row.source->bytes + (row.address == 4 ? 4 : 8), length), 0);
+        length = row.storage - 1;
+        EXPECT_EQ(address->getStorageBinary(&storage, &length), ORV_E_SOCKET_EMSGSIZE);
+        EXPECT_EQ(length, row.storage);
+        EXPECT_EQ(address->getStorageBinary(nullptr, &length), ORV_E_SOCKET_EINVAL);
+        EXPECT_EQ(address->getAddressBinary(bytes, nullptr), ORV_E_SOCKET_EINVAL);
+        EXPECT_EQ(address->getAddressBinaryLength(nullptr), ORV_E_SOCKET_EINVAL);
+        EXPECT_EQ(address->getFamily(nullptr), ORV_E_SOCKET_EINVAL);
+    }
+}
+
+TEST(InetAddress, refusesWhatIsNoAddress)
+{
+    orv_sockaddr_union odd = test::loopback(1);
+    odd.family = 1;
+    InetAddress* made = reinterpret_cast<InetAddress*>(&odd);
+    EXPECT_EQ(InetAddress::create(&odd, &made), ORV_E_SOCKET_EINVAL);
+    EXPECT_EQ(made, nullptr);
+    EXPECT_EQ(InetAddress::create(static_cast<orv_sockaddr_union*>(nullptr), &made),
+              ORV_E_SOCKET_EINVAL);
+    EXPECT_EQ(InetAddress::create(static_cast<addrinfo*>(nullptr), 1, &made), ORV_E_SOCKET_EINVAL);
+    EXPECT_EQ(InetAddress::create(&odd, nullptr), ORV_E_SOCKET_EINVAL);
+
+    ENUM_ORV_E_SOCKET error = ORV_E_SOCKET_OK;
+    const Inet4Address refused(&odd, &error);
+    EXPECT_EQ(error, ORV_E_SOCKET_EINVAL);
+    EXPECT_EQ(refused.isAddressAny(), 1) << "left empty";
+    String text;
+    EXPECT_EQ(refused.getAddressStr(text), ORV_E_SOCKET_EAI_FAMILY);
+    EXPECT_EQ(text, u"native error 12047");
+
+    // Linux's own number of IPv6 is taken for that of the face.
+    orv_sockaddr_union native = test::loopback(1, 23);
+    native.family = 10;
+    std::uint16_t family = 0;
+    EXPECT_EQ(Inet6Address(&native, nullptr).getFamily(&family), ORV_E_SOCKET_OK);
+    EXPECT_EQ(family, 23);
+}
+
+String diagnosticOf(const InetSocketAddress& address)
+{
+    String text;
+    address.getDiagnosticStr(text);
+    return text;
+}
+
+TEST(InetSocketAddress, printsForPeople)
+{
+    ENUM_ORV_E_SOCKET error = ORV_E_SOCKET_OK;
+    orv_sockaddr_union odd = test::loopback(80);
+    odd.family = 1;
+    for (const auto& [source, text, result] :
+         {std::tuple{addressOf("10.1.2.3", 80), u"10.1.2.3:80", ORV_E_SOCKET_OK},
+          std::tuple{addressOf("fe80::1", 65535), u"[fe80::1]:65535", ORV_E_SOCKET_OK},
+          std::tuple{odd, u"0address missing:80", ORV_E_SOCKET_EINVAL}}) {
+        const InetSocketAddress address(&source, &error);
+        EXPECT_EQ(error, result);
+        EXPECT_EQ(diagnosticOf(address), text);
+    }
+    InetSocketAddress missing(static_cast<orv_sockaddr_union*>(nullptr), &error);
+    EXPECT_EQ(error, ORV_E_SOCKET_EINVAL);
+    EXPECT_EQ(missing.getAddress(), nullptr);
+    std::uint16_t family = 0;
+    String text;
+    EXPECT_EQ(missing.getFamily(&family), ORV_E_SOCKET_EFAULT);
+    EXPECT_EQ(missing.getAddressStr(text), ORV_E_SOCKET_EFAULT);
+    EXPECT_EQ(missing.setPortHostOrder(443), ORV_E_SOCKET_OK);
+    EXPECT_EQ(diagnosticOf(missing), u"0address missing:443");
+    std::uint16_t port = 0;
+    EXPECT_EQ(missing.getPortHostOrder(&port), ORV_E_SOCKET_OK);
+    EXPECT_EQ(port, 443);
+    EXPECT_EQ(missing.getPortHostOrder(nullptr), ORV_E_SOCKET_EINVAL);
+}
+
+TEST(InetSocketAddress, takesEntriesOfTheNameService)
+{
+    for (const char* host : {"127.0.0.1", "::1"}) {
+        addrinfo* list = nullptr;
+        ASSERT_EQ(orvcore::resolve(host, "7", {2, 0, 1, 6}, &list), 0u);
+        ENUM_ORV_E_SOCKET error = ORV_E_SOCKET_EINVAL;
+        const InetSocketAddress address(list, 258, &error);
+        EXPECT_EQ(error, ORV_E_SOCKET_OK);
+        EXPECT_EQ(address.getCanonicalName(), String(host));
+        EXPECT_TRUE(diagnosticOf(address).endsWith(u":258"));
+        ORVfreeaddrinfo(list);
+        orv_sockaddr_union storage{};
+        std::uint64_t size = sizeof storage;
+        EXPECT_EQ(address.getAddress()->getStorageBinary(&storage, &size), ORV_E_SOCKET_OK);
+        EXPECT_EQ(test::portOf(storage), 258);
+    }
+}
+
+TEST(InetSocketAddress, findsPortsOfServices)
+{
+    std::uint16_t port = 1;
+    const auto ask = &InetSocketAddress::getPortHostOrderFromTcpServiceName;
+    EXPECT_EQ(ask("", &port), ORV_E_SOCKET_OK);
+    EXPECT_EQ(port, 0);
+    EXPECT_EQ(ask("http", &port), ORV_E_SOCKET_OK);
+    EXPECT_EQ(port, 80);
+    EXPECT_EQ(ask("no-such-service", &port), ORV_E_SOCKET_NO_DATA);
+    EXPECT_EQ(port, 0);
+    port = 1;
+    EXPECT_EQ(ask(nullptr, &port), ORV_E_SOCKET_EINVAL);
+    EXPECT_EQ(port, 0);
+    EXPECT_EQ(ask("http", nullptr), ORV_E_SOCKET_EINVAL);
+}
+
+} // namespace
+} // namespace orv::net

@@ -1,0 +1,133 @@
+#include "orv/net/TcpServerSocket.h"
+
+#include "orv/Class.h"
+#include "orv/io/IoExceptions.h"
+#include "tests/support/Loopback.h"
+#include "tests/support/Text.h"
+
+#include <chrono>
+#include <string>
+#include <thread>
+
+#include <fcntl.h>
+
+namespace orv::net {
+namespace {
+
+/// The two ends of a connection.
+struct Connection {
+    Reference<TcpServerSocket> server = makeReference<TcpServerSocket>(std::uint16_t{0}, 5);
+    Reference<TcpSocket> client = makeReference<TcpSocket>(u"127.0.0.1", server->getLocalPort());
+    Reference<TcpSocket> worker = server->accept();
+};
+
+std::string readOnce(io::InputStream& in)
+{
+    char bytes[100];
+    const std::int32_t count = in.read(bytes, sizeof bytes);
+    return count < 0 ? "|" + std::to_string(count)
+                     : std::string(bytes, static_cast<std::size_t>(count));
+}
+
+/// The description of what `call` throws.
+template <class Thrown, class Call>
+String thrownBy(Call call)
+{
+    try {
+        call();
+    } catch (const Thrown& thrown) {
+        return thrown.getDescription();
+    }
+    return u"nothing thrown";
+}
+
+TEST(TcpSocket, isAPairOfStreams)
+{
+    Connection connection;
+    auto out = connection.client->getOutputStream();
+    const auto in = connection.worker->getInputStream();
+    EXPECT_EQ(connection.client->getOutputStream(), out) << "always the same";
+    EXPECT_EQ(connection.worker->getInputStream(), in);
+    out->write("abc", 3);
+    EXPECT_EQ(readOnce(*in), "abc");
+    out->write(static_cast<signed char>(-1));
+    EXPECT_EQ(in->read(), 255);
+    connection.worker = nullptr;
+    out->write("the stream keeps the connection open", 36);
+    EXPECT_EQ(readOnce(*in), "the stream keeps the connection open");
+    connection.client = nullptr;
+    out = nullptr;
+    EXPECT_EQ(readOnce(*in), "|-1") << "the peer has closed";
+    EXPECT_EQ(readOnce(*in), "|-1");
+}
+
+TEST(TcpSocket, givesUpReadingAfterItsTimeLimit)
+{
+    Connection connection;
+    connection.client->setSoTimeout(60);
+    const auto in = connection.client->getInputStream();
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(thrownBy<io::TimeoutException>([&] { in->read(); }), u"socket timeout");
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(60));
+    connection.worker->getOutputStream()->write("late", 4);
+    EXPECT_EQ(readOnce(*in), "late") << "nothing is lost by a time-out";
+    connection.client->setSoTimeout(0);
+    std::thread writer([&] { connection.worker->getOutputStream()->write("later", 5); });
+    EXPECT_EQ(readOnce(*in), "later");
+    writer.join();
+}
+
+TEST(TcpSocket, tellsFailuresByTheOperationAndTheError)
+{
+    test::PlainSocket listener;
+    const std::uint16_t port = listener.listen();
+    TcpSocket socket(u"127.0.0.1", port);
+    const std::uint64_t worker = test::acceptFrom(listener);
+    const std::uint16_t linger[] = {1, 0};
+    EXPECT_EQ(orvcore::setSocketOption(worker, 0xFFFF, 0x80, linger, sizeof linger), 0u);
+    EXPECT_EQ(orvcore::closeSocket(worker), 0u);
+    EXPECT_EQ(thrownBy<io::IoException>([&] { socket.getInputStream()->read(); }),
+              u"TcpSocketInputStream::read ECONNRESET An existing connection was forcibly closed "
+              u"by the remote host. ");
+    const auto out = socket.getOutputStream();
+    EXPECT_EQ(thrownBy<io::IoException>([&] { out->write("x", 1); }),
+              u"TcpSocketOutputStream::write ECONNRESET An existing connection was forcibly closed "
+              u"by the remote host. ");
+    EXPECT_EQ(thrownBy<io::IoException>([&] { out->write("x", -1); }),
+              u"TcpSocketOutputStream::write EINVAL An invalid argument was supplied. ");
+}
+
+TEST(TcpSocket, leavesNothingOpenWhenItCannotBeMade)
+{
+    const std::uint16_t closed = test::closedPort();
+    const auto taken = makeReference<TcpServerSocket>(std::uint16_t{0}, 1);
+    const std::ptrdiff_t before = test::openDescriptors();
+    EXPECT_EQ(thrownBy<Exception>([&] { TcpSocket(u"127.0.0.1", closed); }),
+              u"TcpSocket::TcpSocket Unable to connect to 127.0.0.1");
+    EXPECT_EQ(thrownBy<Exception>([&] { TcpSocket(u"a b", 1); }), u"Unknown host: a b");
+    EXPECT_EQ(thrownBy<Exception>([&] { TcpSocket(String(), 1); }), u"Unknown host: ");
+    EXPECT_EQ(thrownBy<Exception>([&] { TcpSocket(String(u'a', 10'000), 1); }).getLength(), 10'014);
+    const String refused = thrownBy<Exception>([&] { TcpServerSocket(taken->getLocalPort(), 1); });
+    EXPECT_TRUE(refused.startsWith(u"TcpServerSocket: EADDRINUSE "))
+        << test::readable(test::units(refused));
+    EXPECT_EQ(test::openDescriptors(), before);
+}
+
+TEST(TcpSocket, canBeInheritedOnceItsIdWasAskedFor)
+{
+    const std::ptrdiff_t before = test::openDescriptors();
+    {
+        Connection connection;
+        const String id = connection.client->getInheritanceId();
+        const String prefix = u"orv.net.tcp.socket=";
+        ASSERT_TRUE(id.startsWith(prefix));
+        const int descriptor = ORVStrToIW(id.getData() + prefix.getLength());
+        EXPECT_EQ(::fcntl(descriptor, F_GETFD), 0);
+        EXPECT_EQ(String(connection.client->getClass()->getName()), u"orv::net::TcpSocket");
+        EXPECT_EQ(String(connection.server->getClass()->getName()), u"orv::net::TcpServerSocket");
+    }
+    EXPECT_EQ(test::openDescriptors(), before);
+}
+
+} // namespace
+} // namespace orv::net

@@ -1,0 +1,294 @@
+#include "orv/net/TcpWorkerSocket2.h"
+
+#include "platform/threads.h"
+#include "tests/orv/net/Sockets.h"
+#include "tests/support/Processes.h"
+
+#include <array>
+#include <thread>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+namespace orv::net {
+namespace {
+
+using test::Connection;
+using test::connectTo;
+using test::newClient;
+using test::Owned;
+using test::received;
+using test::sendAll;
+
+TEST(TcpWorkerSocket2, carriesBytesUntilThePeerEnds)
+{
+    Connection connection;
+    sendAll(*connection.client, "ping");
+    EXPECT_EQ(received(*connection.worker, 2), "pi");
+    EXPECT_EQ(received(*connection.worker), "ng");
+    EXPECT_EQ(connection.client->shutdownOutput(), ORV_E_SOCKET_OK);
+    EXPECT_EQ(received(*connection.worker), "") << "the peer has closed in order";
+    sendAll(*connection.worker, "still heard");
+    EXPECT_EQ(received(*connection.client), "still heard");
+    String text;
+    connection.worker->getRemoteAddress()->getAddressStr(text);
+    EXPECT_EQ(text, u"127.0.0.1");
+}
+
+TEST(TcpWorkerSocket2, tellsOfAPeerThatResets)
+{
+    Connection connection;
+    const std::uint16_t linger[] = {1, 0};
+    EXPECT_EQ(connection.client->setsockopt(0xFFFF, 0x80, reinterpret_cast<const char*>(linger), 4),
+              ORV_E_SOCKET_OK);
+    EXPECT_EQ(connection.client->close(), ORV_E_SOCKET_OK);
+    EXPECT_EQ(received(*connection.worker), "!ECONNRESET");
+    EXPECT_EQ(connection.worker->shutdownBoth(), ORV_E_SOCKET_OK) << "nothing left to shut down";
+}
+
+TEST(TcpWorkerSocket2, shutsDownEachWayOnce)
+{
+    using Step = ENUM_ORV_E_SOCKET (TcpSocket2::*)();
+    constexpr Step in = &TcpSocket2::shutdownInput;
+    constexpr Step out = &TcpSocket2::shutdownOutput;
+    constexpr Step both = &TcpSocket2::shutdownBoth;
+    struct Row {
+        std::vector<Step> steps;
+        bool isInEnded, isOutEnded;
+    };
+    for (const Row& row : {Row{{in}, true, false},
+                           {{out}, false, true},
+                           {{in, out, out}, true, true},
+                           {{out, both}, true, true},
+                           {{both, in}, true, true}}) {
+        Connection connection;
+        TcpWorkerSocket2& worker = *connection.worker;
+        for (const Step step : row.steps) EXPECT_EQ((worker.*step)(), ORV_E_SOCKET_OK);
+        EXPECT_EQ(worker.getShutdownIn() != 0, row.isInEnded);
+        EXPECT_EQ(worker.getShutdownOut() != 0, row.isOutEnded);
+        if (row.isInEnded) {
+            EXPECT_EQ(received(worker), "");
+        }
+        if (row.isOutEnded) {
+            EXPECT_EQ(received(*connection.client), "");
+        } else {
+            sendAll(worker, "x");
+            EXPECT_EQ(received(*connection.client), "x");
+        }
+    }
+    Connection connection;
+    connection.worker->setShutdownOut();
+    EXPECT_EQ(connection.worker->shutdownOutput(), ORV_E_SOCKET_OK);
+    sendAll(*connection.worker, "x");
+    EXPECT_EQ(received(*connection.client), "x") << "the note alone shuts nothing";
+}
+
+TEST(TcpWorkerSocket2, isNoSocketOnceItIsClosed)
+{
+    Connection connection;
+    TcpClientSocket2& client = *connection.client;
+    const orv_sockaddr_union peer = test::loopback(1);
+    orv_sockaddr_union local{};
+    std::int32_t length = sizeof local;
+    EXPECT_EQ(client.getLocalAddress(&local, &length), ORV_E_SOCKET_OK);
+    EXPECT_EQ(length, 16);
+    length = 15;
+    EXPECT_EQ(client.getLocalAddress(&local, &length), ORV_E_SOCKET_EFAULT);
+    EXPECT_NE(client.getId(), 0u);
+    EXPECT_EQ(client.close(), ORV_E_SOCKET_OK);
+    EXPECT_EQ(client.close(), ORV_E_SOCKET_OK);
+    EXPECT_EQ(client.getClosed(), 1);
+    EXPECT_EQ(client.getId(), 0u);
+
+    char byte = 0;
+    std::int64_t done = 5;
+    EXPECT_EQ(client.recv(&byte, 1, 0, &done), ORV_E_SOCKET_ENOTSOCK);
+    EXPECT_EQ(client.send(&byte, 1, 0, &done), ORV_E_SOCKET_ENOTSOCK);
+    EXPECT_EQ(done, 5);
+    EXPECT_EQ(client.getsockopt(0xFFFF, 4, &byte, &length), ORV_E_SOCKET_ENOTSOCK);
+    EXPECT_EQ(client.setsockopt(0xFFFF, 4, &byte, 4), ORV_E_SOCKET_ENOTSOCK);
+    EXPECT_EQ(client.bind(&peer, 16), ORV_E_SOCKET_ENOTSOCK);
+    EXPECT_EQ(client.connect(&peer, 16), ORV_E_SOCKET_ENOTSOCK);
+    EXPECT_EQ(client.getLocalAddress(&local, &length), ORV_E_SOCKET_ENOTSOCK);
+    EXPECT_EQ(client.shutdownBoth(), ORV_E_SOCKET_OK);
+}
+
+TEST(TcpWorkerSocket2, leavesNoDescriptorBehind)
+{
+    newClient();
+    const std::ptrdiff_t before = test::openDescriptors();
+    {
+        Connection connection;
+        Owned<TcpClientSocket2> refused = newClient();
+        EXPECT_EQ(connectTo(*refused, test::closedPort()), ORV_E_SOCKET_ECONNREFUSED);
+        TcpClientSocket2* none = refused.get();
+        EXPECT_EQ(TcpClientSocket2::createTcpClientSocket2(99, 1, 6, &none),
+                  ORV_E_SOCKET_EAFNOSUPPORT);
+        EXPECT_EQ(none, nullptr);
+        // Not destroyed by the static operation, and with an address of a peer that is none.
+        ENUM_ORV_E_SOCKET error = ORV_E_SOCKET_OK;
+        orv_sockaddr_union odd{};
+        test::PlainSocket plain;
+        const TcpWorkerSocket2 worker(plain.release(), &odd, &error);
+        EXPECT_EQ(error, ORV_E_SOCKET_EINVAL);
+        EXPECT_EQ(worker.getRemoteAddress(), nullptr);
+    }
+    EXPECT_EQ(test::openDescriptors(), before);
+}
+
+TEST(TcpWorkerSocket2, endsAReceiveWhenAnotherThreadCloses)
+{
+    Connection connection;
+    std::atomic<std::uint32_t> id{0};
+    std::string got;
+    std::thread reader([&] {
+        id = orvcore::currentThreadId();
+        got = received(*connection.worker);
+    });
+    ASSERT_TRUE(test::awaitTrue([&] { return id != 0; }) && test::awaitSleepOf(id));
+    EXPECT_EQ(connection.worker->close(), ORV_E_SOCKET_OK);
+    reader.join();
+    EXPECT_EQ(got, "!ENOTSOCK");
+}
+
+/// One call of select(), with its arguments and its outcome.
+struct Selection {
+    std::vector<TcpWorkerSocket2*> read, write, except;
+    std::uint32_t readCount = 0, writeCount = 0, exceptCount = 0;
+    std::int32_t total = -7;
+
+    ENUM_ORV_E_SOCKET run(timeval* timeout)
+    {
+        readCount = static_cast<std::uint32_t>(read.size());
+        writeCount = static_cast<std::uint32_t>(write.size());
+        exceptCount = static_cast<std::uint32_t>(except.size());
+        return TcpWorkerSocket2::select(read.data(), &readCount, write.data(), &writeCount,
+                                        except.data(), &exceptCount, timeout, &total);
+    }
+    ENUM_ORV_E_SOCKET run()
+    {
+        timeval now{0, 0};
+        return run(&now);
+    }
+    std::array<std::int64_t, 4> counts() const
+    {
+        return {readCount, writeCount, exceptCount, total};
+    }
+};
+
+using Counts = std::array<std::int64_t, 4>;
+
+TEST(TcpSelect, keepsTheReadyInPlaceAndNullsTheOthers)
+{
+    Connection a, b;
+    TcpWorkerSocket2* const first = a.worker.get();
+    TcpWorkerSocket2* const second = b.worker.get();
+    sendAll(*b.client, "x");
+    Selection selection{{first, second, second}, {first}, {first, second}};
+    EXPECT_EQ(selection.run(nullptr), ORV_E_SOCKET_OK);
+    EXPECT_EQ(selection.counts(), (Counts{2, 1, 0, 2})) << "a socket twice in an array counts once";
+    EXPECT_EQ(selection.read, (std::vector<TcpWorkerSocket2*>{nullptr, second, second}));
+    EXPECT_EQ(selection.write, std::vector<TcpWorkerSocket2*>{first});
+    EXPECT_EQ(selection.except, (std::vector<TcpWorkerSocket2*>{nullptr, nullptr}));
+
+    Selection silent{{first}, {}, {first}};
+    timeval shortly{0, 20'000};
+    EXPECT_EQ(silent.run(&shortly), ORV_E_SOCKET_OK);
+    EXPECT_EQ(silent.counts(), (Counts{0, 0, 0, 0}));
+    EXPECT_EQ(silent.read, std::vector<TcpWorkerSocket2*>{first}) << "untouched after a time-out";
+    EXPECT_EQ(shortly.tv_usec, 20'000);
+}
+
+TEST(TcpSelect, givesThePendingErrorOfAnExceptionalSocket)
+{
+    test::PlainSocket plain;
+    const std::uint64_t socket = plain.release();
+    ENUM_ORV_E_SOCKET error = ORV_E_SOCKET_OK;
+    TcpWorkerSocket2 worker(socket, &error);
+    // A connection that is refused in the background leaves its error behind.
+    ASSERT_EQ(::fcntl(static_cast<int>(socket), F_SETFL, O_NONBLOCK), 0);
+    const orv_sockaddr_union peer = test::loopback(test::closedPort());
+    static_cast<void>(orvcore::connectSocket(socket, &peer, sizeof peer.ipv4));
+    Selection selection{{}, {}, {&worker}};
+    EXPECT_EQ(selection.run(nullptr), ORV_E_SOCKET_ECONNREFUSED);
+    EXPECT_EQ(selection.counts(), (Counts{0, 0, 1, 1}));
+}
+
+TEST(TcpSelect, refusesWhatItCannotWaitFor)
+{
+    Connection connection;
+    TcpWorkerSocket2* const worker = connection.worker.get();
+    TcpWorkerSocket2* const closed = connection.client.get();
+    closed->close();
+    Selection many{std::vector<TcpWorkerSocket2*>(64, worker), {}, {worker}};
+    EXPECT_EQ(many.run(), ORV_E_SOCKET_EMFILE);
+    EXPECT_EQ(many.readCount + many.exceptCount, 0u);
+    Selection most{std::vector<TcpWorkerSocket2*>(63, worker),
+                   std::vector<TcpWorkerSocket2*>(63, worker),
+                   std::vector<TcpWorkerSocket2*>(63, worker)};
+    EXPECT_EQ(most.run(), ORV_E_SOCKET_OK);
+    EXPECT_EQ(most.counts(), (Counts{63, 63, 0, 2}));
+    EXPECT_EQ((Selection{{worker, closed}, {}, {}}.run()), ORV_E_SOCKET_ENOTSOCK);
+    EXPECT_EQ((Selection{{}, {nullptr}, {}}.run()), ORV_E_SOCKET_ENOTSOCK);
+    EXPECT_EQ((Selection{{}, {}, {}}.run()), ORV_E_SOCKET_OK) << "just a wait";
+    EXPECT_EQ((Selection{{}, {}, {}}.run(nullptr)), ORV_E_SOCKET_EINVAL) << "for ever";
+    timeval negative{-1, 0};
+    EXPECT_EQ((Selection{{worker}, {}, {}}.run(&negative)), ORV_E_SOCKET_EINVAL);
+
+    std::uint32_t none = 0;
+    std::uint32_t three = 3;
+    std::int32_t total = 0;
+    timeval now{0, 0};
+    const auto select = &TcpWorkerSocket2::select;
+    EXPECT_EQ(select(nullptr, &three, nullptr, &none, nullptr, &none, &now, &total),
+              ORV_E_SOCKET_OK)
+        << "an array that is null is empty";
+    EXPECT_EQ(select(nullptr, nullptr, nullptr, &none, nullptr, &none, &now, &total),
+              ORV_E_SOCKET_EINVAL);
+    EXPECT_EQ(select(nullptr, &none, nullptr, &none, nullptr, &none, &now, nullptr),
+              ORV_E_SOCKET_EINVAL);
+}
+
+TEST(TcpSelect, endsWhenAnotherThreadCloses)
+{
+    Connection connection;
+    TcpWorkerSocket2& worker = *connection.worker;
+    std::atomic<std::uint32_t> id{0};
+    std::thread selector([&] {
+        id = orvcore::currentThreadId();
+        Selection selection{{&worker}, {}, {&worker}};
+        EXPECT_EQ(selection.run(nullptr), ORV_E_SOCKET_ENOTSOCK);
+    });
+    ASSERT_TRUE(test::awaitTrue([&] { return id != 0; }) && test::awaitSleepOf(id));
+    EXPECT_EQ(worker.close(), ORV_E_SOCKET_OK);
+    selector.join();
+}
+
+TEST(TcpSocket2, asksTheNameService)
+{
+    orv_sockaddr_union out{};
+    const auto ask = &TcpSocket2::getAddrInfo;
+    ASSERT_EQ(ask("127.0.0.1", 258, nullptr, 0, &out), ORV_E_SOCKET_OK);
+    EXPECT_EQ(test::portOf(out), 258);
+    EXPECT_EQ(out.family, 2);
+    EXPECT_EQ(ask("127.0.0.1", 258, nullptr, 99, &out), ORV_E_SOCKET_EADDRNOTAVAIL);
+    EXPECT_EQ(ask("127.0.0.1", 0, nullptr, 0, &out), ORV_E_SOCKET_EINVAL);
+    EXPECT_EQ(ask("127.0.0.1", 1, nullptr, 0, nullptr), ORV_E_SOCKET_EINVAL);
+    EXPECT_EQ(ask(nullptr, 1, nullptr, 0, &out), ORV_E_SOCKET_EINVAL);
+    for (const std::string& host : {std::string("no-such-host.invalid"), std::string(10'000, 'a'),
+                                    std::string("a b"), std::string()}) {
+        const ENUM_ORV_E_SOCKET result = ask(host.c_str(), 1, nullptr, 0, &out);
+        EXPECT_TRUE(result == ORV_E_SOCKET_EAI_NONAME || result == ORV_E_SOCKET_EAI_AGAIN ||
+                    result == ORV_E_SOCKET_EAI_FAIL)
+            << std::hex << result;
+    }
+    std::int32_t major = 0, minor = 0;
+    EXPECT_EQ(TcpSocket2::getVersion(&major, &minor), ORV_E_SOCKET_OK);
+    EXPECT_EQ(major, 2);
+    EXPECT_EQ(minor, 2);
+}
+
+} // namespace
+} // namespace orv::net

@@ -1,0 +1,381 @@
+#include "platform/sockets.h"
+
+#include "platform/threads.h"
+#include "tests/support/Loopback.h"
+#include "tests/support/Processes.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <pthread.h>
+#include <sys/resource.h>
+#include <sys/time.h>
+
+namespace {
+
+using namespace orvcore;
+using orv::test::acceptFrom;
+using orv::test::awaitSleepOf;
+using orv::test::loopback;
+using orv::test::PlainSocket;
+
+int descriptorOf(const PlainSocket& socket)
+{
+    return static_cast<int>(socket.get());
+}
+
+/// Two ends of a connection.
+struct Connection {
+    Connection()
+    {
+        PlainSocket listener;
+        const std::uint16_t port = listener.listen();
+        EXPECT_EQ(near.connect(port), 0u);
+        far = acceptFrom(listener);
+    }
+    ~Connection() { closeFar(); }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    void closeFar()
+    {
+        if (far != NO_SOCKET) closeSocket(std::exchange(far, NO_SOCKET));
+    }
+
+    PlainSocket near;
+    NativeSocket far = NO_SOCKET;
+};
+
+TEST(SocketAddress, goesToTheSystemsFormAndBack)
+{
+    for (const char* text : {"10.1.2.3", "fe80::1", "::", "255.255.255.255"}) {
+        SCOPED_TRACE(text);
+        sockaddr_storage native{};
+        auto& v4 = reinterpret_cast<sockaddr_in&>(native);
+        auto& v6 = reinterpret_cast<sockaddr_in6&>(native);
+        const bool isV4 = ::inet_pton(AF_INET, text, &v4.sin_addr) == 1;
+        if (!isV4) {
+            ASSERT_EQ(::inet_pton(AF_INET6, text, &v6.sin6_addr), 1);
+        }
+        native.ss_family = isV4 ? AF_INET : AF_INET6;
+        v4.sin_port = htons(258);
+        if (!isV4) v6.sin6_scope_id = 7;
+        const std::uint32_t size = isV4 ? 16 : 28;
+
+        orv_sockaddr_union address{};
+        const auto* plain = reinterpret_cast<const sockaddr*>(&native);
+        ASSERT_TRUE(addressFromNative(plain, size, &address));
+        EXPECT_EQ(address.family, isV4 ? 2 : 23);
+        EXPECT_EQ(address.bytes[2], 1);
+        EXPECT_EQ(address.bytes[3], 2);
+        sockaddr_storage back{};
+        auto* out = reinterpret_cast<sockaddr*>(&back);
+        EXPECT_EQ(addressToNative(address, out, size - 1), 0u);
+        ASSERT_EQ(addressToNative(address, out, size), size);
+        EXPECT_EQ(std::memcmp(&back, &native, sizeof back), 0);
+
+        EXPECT_FALSE(addressFromNative(plain, size - 1, &address));
+        EXPECT_EQ(address.family, 0);
+    }
+    sockaddr unix{};
+    unix.sa_family = AF_UNIX;
+    orv_sockaddr_union address{};
+    EXPECT_FALSE(addressFromNative(&unix, sizeof unix, &address));
+    EXPECT_FALSE(addressFromNative(nullptr, 16, &address));
+}
+
+TEST(SocketAddress, printsScopesAsNumbers)
+{
+    orv_sockaddr_union address = loopback(0, FAMILY_IPV6);
+    address.ipv6.address[0] = 0xfe;
+    address.ipv6.address[1] = 0x80;
+    address.ipv6.scopeId = 1;
+    char text[1025];
+    EXPECT_EQ(numericAddress(address, text, sizeof text), 0u);
+    EXPECT_STREQ(text, "fe80::1%1");
+    EXPECT_EQ(numericAddress(address, text, 9), 13003u) << "one byte short";
+    address.family = 1;
+    EXPECT_EQ(numericAddress(address, text, sizeof text), 12047u);
+}
+
+TEST(Resolver, speaksTheNumbersOfTheFace)
+{
+    struct Row {
+        const char* host;
+        const char* service;
+        AddressHints hints;
+        SocketError error;
+        std::uint16_t family;
+    };
+    for (const Row& row : {Row{"127.0.0.1", "80", {0, 2, 1, 6}, 0, 2},
+                           {"::1", "80", {0, 23, 1, 6}, 0, 23},
+                           {"::1", nullptr, {0, AF_INET6, 1, 0}, 0, 23},
+                           {"", "80", {0, 0, 1, 6}, 13001, 0},
+                           {"127.0.0.1", "no-such-service", {0, 0, 1, 6}, 12109, 0},
+                           {"127.0.0.1", "80", {0x8000, 0, 1, 6}, 12022, 0},
+                           {"127.0.0.1", "80", {0, 77, 1, 6}, 12047, 0},
+                           {"127.0.0.1", "80", {0, 0, 77, 6}, 12044, 0}}) {
+        SCOPED_TRACE(row.host);
+        addrinfo* list = nullptr;
+        EXPECT_EQ(resolve(row.host, row.service, row.hints, &list), row.error);
+        ASSERT_EQ(list == nullptr, row.error != 0);
+        if (list != nullptr) {
+            const AddressEntry entry = readAddressEntry(list);
+            EXPECT_EQ(entry.family, row.family);
+            EXPECT_EQ(entry.address.family, row.family);
+            EXPECT_EQ(entry.size, sizeOfAddress(row.family));
+        }
+        ORVfreeaddrinfo(list);
+    }
+}
+
+TEST(Socket, isCloseOnExecAndClearOfTheStandardStreams)
+{
+    orv::test::ForkedChild child([] {
+        ::close(0);
+        ::close(1);
+        NativeSocket socket = NO_SOCKET;
+        if (openSocket(FAMILY_IPV4, 1, 6, &socket) != 0 || socket < 3) return 1;
+        if (::fcntl(static_cast<int>(socket), F_GETFD) != FD_CLOEXEC) return 2;
+        if (letSocketBeInherited(socket) != 0) return 3;
+        return ::fcntl(static_cast<int>(socket), F_GETFD) == 0 ? 0 : 4;
+    });
+    EXPECT_EQ(child.exitCode(), 0);
+}
+
+TEST(Socket, tellsFailuresByTheNumbersOfTheFace)
+{
+    PlainSocket listener, other;
+    const std::uint16_t port = listener.listen();
+    const orv_sockaddr_union taken = loopback(port);
+    NativeSocket socket = NO_SOCKET;
+    EXPECT_EQ(bindListener(other.get(), &taken, sizeof taken.ipv4), 10048u);
+    EXPECT_EQ(lastSocketError(), 10048u);
+    EXPECT_EQ(other.connect(orv::test::closedPort()), 10061u);
+    EXPECT_EQ(openSocket(1, 1, 0, &socket), 10047u);
+    EXPECT_EQ(openSocket(FAMILY_IPV4, 1, 17, &socket), 10043u);
+    EXPECT_EQ(shutDownSocket(other.get(), 2), 10057u);
+    EXPECT_EQ(closeSocket(NO_SOCKET), 10009u);
+    EXPECT_EQ(acceptSocket(listener.get(), &socket, nullptr), 10035u) << "a listener never waits";
+    EXPECT_EQ(other.connect(port), 0u);
+    EXPECT_EQ(lastSocketError(), 0u) << "success clears the last error";
+    EXPECT_EQ(other.connect(port), 10056u);
+}
+
+TEST(Socket, translatesOptions)
+{
+    Connection connection;
+    const NativeSocket socket = connection.near.get();
+    struct Row {
+        std::int32_t level, option;
+        std::uint32_t value;
+        int nativeLevel, nativeOption;
+        std::vector<int> native;
+    };
+    for (const Row& row :
+         {Row{0xFFFF, 0x0008, 1, SOL_SOCKET, SO_KEEPALIVE, {1}}, Row{6, 1, 1, IPPROTO_TCP, 1, {1}},
+          Row{0xFFFF, 0x0080, 1 | 9 << 16, SOL_SOCKET, SO_LINGER, {1, 9}},
+          Row{0xFFFF, 0x1006, 2500, SOL_SOCKET, SO_RCVTIMEO, {2, 0, 500000, 0}},
+          Row{0xFFFF, 0x1005, 40, SOL_SOCKET, SO_SNDTIMEO, {0, 0, 40000, 0}}}) {
+        SCOPED_TRACE(row.option);
+        ASSERT_EQ(setSocketOption(socket, row.level, row.option, &row.value, 4), 0u);
+        std::vector<int> native(row.native.size());
+        socklen_t nativeSize = static_cast<socklen_t>(native.size() * sizeof(int));
+        ASSERT_EQ(::getsockopt(descriptorOf(connection.near), row.nativeLevel, row.nativeOption,
+                               native.data(), &nativeSize),
+                  0);
+        EXPECT_EQ(native, row.native);
+        std::uint32_t value = 0;
+        std::int32_t size = 8;
+        EXPECT_EQ(getSocketOption(socket, row.level, row.option, &value, &size), 0u);
+        EXPECT_EQ(value, row.value);
+        EXPECT_EQ(size, 4);
+        size = 3;
+        EXPECT_EQ(getSocketOption(socket, row.level, row.option, &value, &size), 10014u);
+        EXPECT_EQ(setSocketOption(socket, row.level, row.option, &value, 3), 10014u);
+    }
+    std::uint32_t value = 0;
+    std::int32_t size = 4;
+    EXPECT_EQ(getSocketOption(socket, SOL_SOCKET, SO_TYPE, &value, &size), 10042u);
+    EXPECT_EQ(setSocketOption(socket, 0xFFFF, 0x7777, &value, 4), 10042u);
+}
+
+TEST(Socket, tellsATimeLimitFromASocketThatDoesNotWait)
+{
+    Connection connection;
+    const std::uint32_t limit = 20;
+    ASSERT_EQ(setSocketOption(connection.near.get(), 0xFFFF, 0x1006, &limit, 4), 0u);
+    char byte = 0;
+    std::int64_t done = 0;
+    EXPECT_EQ(receiveBytes(connection.near.get(), &byte, 1, 0, &done), 10060u);
+    EXPECT_EQ(done, -1);
+    EXPECT_EQ(receiveBytes(connection.near.get(), &byte, 1, MSG_DONTWAIT, &done), 10035u);
+    EXPECT_EQ(receiveBytes(connection.near.get(), &byte, 0, MSG_DONTWAIT, &done), 0u);
+    EXPECT_EQ(done, 0);
+}
+
+void ignoreSignal(int) {}
+
+TEST(Socket, resumesWhatSignalsInterrupt)
+{
+    struct sigaction action {};
+    struct sigaction before {};
+    action.sa_handler = &ignoreSignal;
+    ASSERT_EQ(::sigaction(SIGUSR1, &action, &before), 0);
+    Connection connection;
+    const std::vector<char> sent(8 << 20, 'x');
+    std::atomic<std::uint32_t> id{0};
+    std::int64_t done = 0;
+    std::thread sender([&] {
+        id = currentThreadId();
+        EXPECT_EQ(sendBytes(connection.near.get(), sent.data(),
+                            static_cast<std::uint32_t>(sent.size()), 0, &done),
+                  0u);
+    });
+    std::size_t received = 0;
+    std::vector<char> buffer(64 << 10);
+    while (received < sent.size()) {
+        if (id != 0) ::pthread_kill(sender.native_handle(), SIGUSR1);
+        std::int64_t got = 0;
+        ASSERT_EQ(receiveBytes(connection.far, buffer.data(), 64 << 10, 0, &got), 0u);
+        ASSERT_GT(got, 0);
+        received += static_cast<std::size_t>(got);
+    }
+    sender.join();
+    EXPECT_EQ(done, static_cast<std::int64_t>(sent.size())) << "nothing was cut off";
+    ::sigaction(SIGUSR1, &before, nullptr);
+}
+
+TEST(Socket, neverRaisesSigpipe)
+{
+    Connection connection;
+    connection.closeFar();
+    char byte = 'x';
+    std::int64_t done = 0;
+    SocketError error = 0;
+    // The first bytes provoke the reset that the later ones meet.
+    ASSERT_TRUE(orv::test::awaitTrue([&] {
+        error = sendBytes(connection.near.get(), &byte, 1, 0, &done);
+        return error != 0;
+    }));
+    EXPECT_EQ(error, 10054u);
+}
+
+TEST(SocketHold, wakesWhoIsAtWorkWhenTheSocketCloses)
+{
+    for (const bool waits : {true, false}) {
+        SCOPED_TRACE(waits);
+        Connection connection;
+        std::atomic<NativeSocket> place{connection.near.release()};
+        const NativeSocket socket = place;
+        std::atomic<std::uint32_t> id{0};
+        std::thread worker([&] {
+            const SocketHold hold(place);
+            EXPECT_EQ(hold.socket(), socket);
+            id = currentThreadId();
+            SocketWait wait{hold.socket(), READY_EXCEPT, 0};
+            std::int32_t ready = 0;
+            char byte = 0;
+            std::int64_t done = -1;
+            if (waits) {
+                wait.wanted |= READY_TO_READ;
+                EXPECT_EQ(waitForSockets(&wait, 1, FOR_EVER, &ready), 0u);
+            } else {
+                EXPECT_EQ(receiveBytes(hold.socket(), &byte, 1, 0, &done), 0u);
+            }
+            // Closed but not yet given back: nobody else can have the number.
+            EXPECT_GE(::fcntl(static_cast<int>(socket), F_GETFD), 0);
+        });
+        ASSERT_TRUE(orv::test::awaitTrue([&] { return id != 0; }) && awaitSleepOf(id));
+        place = NO_SOCKET;
+        EXPECT_EQ(closeSocket(socket), 0u);
+        worker.join();
+        EXPECT_EQ(::fcntl(static_cast<int>(socket), F_GETFD), -1) << "the last one out closed it";
+        EXPECT_FALSE(SocketHold(place).isOpen());
+    }
+}
+
+TEST(SocketWait, tellsReadinessByKind)
+{
+    Connection connection;
+    const auto readiness = [](NativeSocket socket, int wanted) {
+        SocketWait wait{socket, static_cast<std::uint8_t>(wanted), 0};
+        std::int32_t ready = 0;
+        EXPECT_EQ(waitForSockets(&wait, 1, 0, &ready), 0u);
+        EXPECT_EQ(ready, __builtin_popcount(wait.ready));
+        return wait.ready;
+    };
+    constexpr int all = READY_TO_READ | READY_TO_WRITE | READY_EXCEPT;
+    const NativeSocket socket = connection.near.get();
+    EXPECT_EQ(readiness(socket, all), READY_TO_WRITE);
+    EXPECT_EQ(readiness(socket, READY_TO_READ), 0);
+    std::int64_t done = 0;
+    ASSERT_EQ(sendBytes(connection.far, "!", 1, MSG_OOB, &done), 0u);
+    EXPECT_EQ(readiness(socket, READY_EXCEPT), READY_EXCEPT);
+
+    // A connection that hangs up both ways ends no wait for exceptions alone.
+    Connection ending;
+    shutDownSocket(ending.near.get(), 2);
+    ending.closeFar();
+    SocketWait wait{ending.near.get(), READY_EXCEPT, 0};
+    std::int32_t ready = 0;
+    EXPECT_EQ(waitForSockets(&wait, 1, 300'000, &ready), 0u);
+    EXPECT_EQ(ready, 0);
+    EXPECT_EQ(readiness(ending.near.get(), READY_TO_READ), READY_TO_READ);
+
+    EXPECT_EQ(waitForSockets(&wait, MOST_WAITS + 1, 0, &ready), 10022u);
+    wait.socket = std::uint64_t{1} << 40;
+    EXPECT_EQ(waitForSockets(&wait, 1, FOR_EVER, &ready), 10038u);
+}
+
+TEST(SocketWait, takesDescriptorsOfAnyNumber)
+{
+    struct rlimit limit {};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    if (limit.rlim_cur < 5100) GTEST_SKIP() << "this process may not have 5,000 descriptors open";
+    std::vector<int> many(5000);
+    for (int& descriptor : many) descriptor = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    {
+        Connection connection;
+        EXPECT_GT(connection.far, 5000u);
+        SocketWait waits[] = {{connection.far, READY_TO_READ, 0},
+                              {connection.near.get(), READY_TO_READ, 0}};
+        std::int64_t done = 0;
+        ASSERT_EQ(sendBytes(connection.near.get(), "x", 1, 0, &done), 0u);
+        std::int32_t ready = 0;
+        EXPECT_EQ(waitForSockets(waits, 2, FOR_EVER, &ready), 0u);
+        EXPECT_EQ(ready, 1);
+        EXPECT_EQ(waits[0].ready, READY_TO_READ);
+    }
+    for (const int descriptor : many) ::close(descriptor);
+}
+
+TEST(SocketWait, readsLimitsOfTheSystem)
+{
+    struct Row {
+        timeval limit;
+        SocketError error;
+        std::int64_t microseconds;
+    };
+    for (const Row& row : {Row{{2, 5}, 0, 2'000'005},
+                           {{0, 3'000'000}, 0, 3'000'000},
+                           {{0, -1}, 10022, FOR_EVER},
+                           {{-1, 0}, 10022, FOR_EVER}}) {
+        std::int64_t microseconds = 0;
+        EXPECT_EQ(microsecondsOf(&row.limit, &microseconds), row.error);
+        EXPECT_EQ(microseconds, row.microseconds);
+    }
+    const timeval longest{INT64_MAX, 999'999};
+    std::int64_t microseconds = 0;
+    EXPECT_EQ(microsecondsOf(&longest, &microseconds), 0u);
+    EXPECT_GT(microseconds, INT64_MAX / 4);
+}
+
+} // namespace
