@@ -103,15 +103,6 @@ void addFailures(std::vector<Row>& rows)
         }
         return String();
     }));
-    rows.push_back(product("half a pair", [] {
-        util::RWByteBuffer bytes;
-        try {
-            String(u"a\xD800").getBytes(&bytes, u"UTF-8");
-        } catch (const InvalidCharacterException& exception) {
-            return exception.getDescription();
-        }
-        return String();
-    }));
 }
 
 void addForeignCodec(std::vector<Row>& rows)

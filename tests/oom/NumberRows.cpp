@@ -47,14 +47,11 @@ struct Edit {
 const std::array EDITS{
     Edit{"assign", [](BigInteger& value) { value = huge(); }},
     Edit{"add", [](BigInteger& value) { value.add(huge()); }},
-    Edit{"subtract", [](BigInteger& value) { value.subtract(huge()); }},
-    Edit{"multiply", [](BigInteger& value) { value.multiply(large()); }},
     Edit{"multiply by itself", [](BigInteger& value) { value.multiply(value); }},
     Edit{"multiply by a huge one", [](BigInteger& value) { value.multiply(huge()); }},
     Edit{"mod", [](BigInteger& value) { value.mod(powerOf(5, 100)); }},
     Edit{"gcd", [](BigInteger& value) { value.gcd(powerOf(15, 80)); }},
     Edit{"modInverse", [](BigInteger& value) { value.modInverse(powerOf(5, 60)); }},
-    Edit{"pow", [](BigInteger& value) { value.pow(13); }},
     Edit{"modPow", [](BigInteger& value) { value.modPow(77, powerOf(5, 100)); }},
     Edit{"setBit", [](BigInteger& value) { value.setBit(5000); }},
 };
@@ -64,37 +61,22 @@ void addIntegers(std::vector<Row>& rows)
     for (const Edit& edit : EDITS) {
         rows.push_back(row(std::string("BigInteger, ") + edit.name, &large, edit.apply));
     }
-    for (const auto& [name, value] : {std::pair{"multiply huge ones", 6}, std::pair{"square", 7}}) {
-        rows.push_back(row(
-            std::string("BigInteger, ") + name, [value = value] { return powerOf(value, 20000); },
-            [](BigInteger& factor) { factor.multiply(huge()); }));
-    }
     rows.push_back(row(
         "BigInteger, divide",
         [] {
             return Division{large(), BigInteger(1)};
         },
         [](Division& it) { it.value.divide(powerOf(5, 90), it.remainder); }));
-    rows.push_back(row(
-        "BigInteger, divide a huge one",
-        [] {
-            return Division{huge(), BigInteger(1)};
-        },
-        [](Division& it) { it.value.divide(powerOf(5, 9000), it.remainder); }));
-
     static const String s_digits(u'7', 300);
     static const std::vector<signed char> s_bytes(100, 5);
     rows.insert(
         rows.end(),
         {
             product("BigInteger of text", [] { return BigInteger(s_digits, 10); }),
-            product("BigInteger of octal text", [] { return BigInteger(s_digits, 8); }),
             product("BigInteger of bytes", [] { return BigInteger(s_bytes.data(), 100, false); }),
             product("BigInteger, copy", [] { return large(); }),
             product("BigInteger, toString", [] { return large().toString(); }),
             product("huge BigInteger, toString", [] { return huge().toString(); }),
-            product("BigInteger, to base 36", [] { return large().toString(36); }),
-            product("BigInteger, toBigDecimal", [] { return large().toBigDecimal(); }),
         });
 }
 
@@ -110,9 +92,7 @@ struct DecimalEdit {
 
 const std::array DECIMAL_EDITS{
     DecimalEdit{"assign", [](BigDecimal& value) { value = BigDecimal(huge(), 3); }},
-    DecimalEdit{"assign a double", [](BigDecimal& value) { value = 1.5e200; }},
     DecimalEdit{"add", [](BigDecimal& value) { value.add(BigDecimal(large(), 90)); }},
-    DecimalEdit{"add of less scale", [](BigDecimal& value) { value.add(BigDecimal(large(), 3)); }},
     DecimalEdit{"subtract", [](BigDecimal& value) { value.subtract(BigDecimal(huge(), 2)); }},
     DecimalEdit{"multiply", [](BigDecimal& value) { value.multiply(BigDecimal(large(), 2)); }},
     DecimalEdit{"divide",
@@ -131,17 +111,11 @@ void addDecimals(std::vector<Row>& rows)
         rows.end(),
         {
             product("BigDecimal of text", [] { return BigDecimal(s_text); }),
-            product("BigDecimal of a double", [] { return BigDecimal(1.5e300); }),
             product("BigDecimal, copy", [] { return decimal(); }),
             product("BigDecimal, toString", [] { return decimal().toString(); }),
-            product("BigDecimal, toBigInteger", [] { return decimal().toBigInteger(); }),
-            product("BigDecimal, abs", [] { return decimal().abs(); }),
             product("BigDecimal, compareTo",
                     [] { return decimal().compareTo(BigDecimal(large(), 90)); }),
             product("parseBigDecimal", [] { return Number::parseBigDecimal(s_text); }),
-            product("parseUInt64", [] { return Number::parseUInt64(String(u"12345678901")); }),
-            product("Integer64, toString", [] { return Integer64(1234567890123).toString(); }),
-            product("UInteger32, to base 2", [] { return UInteger32(77u).toString(2); }),
             product("Double, toString", [] { return Double(0.1).toString(); }),
             product("Integer32 of text", [] { return Integer32(String(u"77")).toString(); }),
         });

@@ -93,20 +93,18 @@ struct Printing {
 };
 
 template <class Bytes>
-void addWrites(std::vector<Row>& rows, const std::string& name, Bytes make)
+Row writing(const char* name, Bytes make)
 {
-    using Out = decltype(make());
-    rows.push_back(row(name + ", write", make, [](Out& out) {
+    return row(name, make, [](auto& out) {
         out.stream->write(signedBytes(BYTES), static_cast<std::int32_t>(BYTES.size()));
-    }));
-    rows.push_back(row(name + ", write a byte", make,
-                       [](Out& out) { out.stream->write(static_cast<signed char>('!')); }));
+        out.stream->write(static_cast<signed char>('!'));
+    });
 }
 
 void addOutputs(std::vector<Row>& rows)
 {
-    addWrites(rows, "ByteArrayOutputStream", &bytesOut);
-    addWrites(rows, "BufferedOutputStream", &bufferedOut);
+    rows.push_back(partial(writing("ByteArrayOutputStream, write", &bytesOut)));
+    rows.push_back(partial(writing("BufferedOutputStream, write", &bufferedOut)));
     rows.push_back(partial(row("OutputStreamWriter, write", &encodingOut,
                                [](auto& out) { out.stream->write(TEXT); })));
     rows.push_back(partial(row("OutputStreamWriter, flush", &encodingOut, [](auto& out) {
@@ -119,24 +117,13 @@ void addOutputs(std::vector<Row>& rows)
         "StringWriter, write", [] { return Printing(); },
         [](Printing& out) { out.text->write(TEXT); }));
 
-    const std::pair<const char*, void (*)(PrintWriter&)> prints[] = {
-        {"a text", [](PrintWriter& out) { out.print(String(TEXT)); }},
-        {"bytes", [](PrintWriter& out) { out.print("bytes in the default encoding"); }},
-        {"a double", [](PrintWriter& out) { out.print(-1.25e-100); }},
-        {"a truth", [](PrintWriter& out) { out.print(true); }},
-    };
-    for (const auto& [name, print] : prints) {
-        rows.push_back(row(
-            std::string("print ") + name, [] { return Printing(); },
-            [print = print](Printing& out) { print(*out.stream); }));
-    }
+    rows.push_back(row(
+        "PrintWriter, print", [] { return Printing(); },
+        [](Printing& out) { out.stream->print("bytes in the default encoding"); }));
     rows.push_back(product("ByteArrayOutputStream, toString",
                            [] { return bytesOut().stream->toString(u"UTF-8"); }));
-    rows.push_back(product("StringWriter", [] { return makeReference<StringWriter>(100); }));
     rows.push_back(product("PrintWriter", [] { return Printing(); }));
-    rows.push_back(product("OutputStreamWriter", [] { return encodingOut(); }));
     rows.push_back(product("BufferedWriter", [] { return bufferedWriter(); }));
-    rows.push_back(product("BufferedOutputStream", [] { return bufferedOut(); }));
 }
 
 Reference<ByteArrayInputStream> bytesIn()
@@ -171,26 +158,6 @@ Input<BufferedReader> linesIn()
     return {makeReference<BufferedReader>(textIn().get(), 16)};
 }
 
-/// What a line of several blocks gives, wherever it stands now.
-struct LongLine : Input<BufferedReader> {
-    std::string state()
-    {
-        std::string all = stateOf(line);
-        for (std::int32_t unit = stream->read(); unit >= 0; unit = stream->read()) {
-            if (unit >= ' ') all += static_cast<char>(unit);
-        }
-        return all;
-    }
-};
-
-LongLine longLineIn()
-{
-    LongLine in{linesIn()};
-    in.stream->readLine(in.line);
-    in.line.clear();
-    return in;
-}
-
 Input<BufferedInputStream> markedIn()
 {
     auto stream = makeReference<BufferedInputStream>(bytesIn().get(), 16);
@@ -202,16 +169,12 @@ Input<BufferedInputStream> markedIn()
 
 void addInputs(std::vector<Row>& rows)
 {
-    rows.push_back(product("ByteArrayInputStream", [] { return Input<InputStream>{bytesIn()}; }));
-    rows.push_back(product("InputStreamReader", [] { return Input<Reader>{textIn()}; }));
     rows.push_back(product("BufferedReader", [] { return linesIn(); }));
     rows.push_back(product("BufferedInputStream", [] { return markedIn(); }));
     rows.push_back(row("grow for a mark", &markedIn, [](auto& in) {
         if (in.stream->read() != 'o') throw Exception();
     }));
     rows.push_back(row("readLine", &linesIn, [](auto& in) { in.stream->readLine(in.line); }));
-    rows.push_back(partial(
-        row("readLine over blocks", &longLineIn, [](auto& in) { in.stream->readLine(in.line); })));
 }
 
 /// A file of its own; its state is the content.
@@ -235,7 +198,6 @@ void addFiles(std::vector<Row>& rows)
 {
     const std::pair<const char*, std::uint32_t> modes[] = {
         {"ATEND", FileOutputStream::ATEND},
-        {"TRUNC", FileOutputStream::TRUNC},
         {"APPEND", FileOutputStream::APPEND},
         {"LOCK and KEEPCLOSED", FileOutputStream::LOCK | FileOutputStream::KEEPCLOSED},
     };

@@ -57,17 +57,12 @@ struct Edit {
 const std::array EDITS{
     Edit{"append", [](String& text) { text.append(MORE); }},
     Edit{"append units", [](String& text) { text.append(u'x', 100); }},
-    Edit{"append itself", [](String& text) { text.append(text); }},
     Edit{"prepend", [](String& text) { text.prepend(MORE); }},
     Edit{"insert", [](String& text) { text.insert(5, String(MORE)); }},
     Edit{"replace a part", [](String& text) { text.replace(3, 2, MORE, -1, 3); }},
-    Edit{"replace by a part of itself",
-         [](String& text) { text.replace(3, 0, text.getData() + 2, 40); }},
     Edit{"assign", [](String& text) { text = String(u'y', 1000); }},
     Edit{"assign bytes", [](String& text) { text = "bytes, bytes and more bytes"; }},
     Edit{"alias", [](String& text) { text.setTo(AcquireMode::AcquireAlias, MORE); }},
-    Edit{"assign in upper case",
-         [](String& text) { text.setTo(AcquireMode::AcquireCopyUpper, String(u'y', 1000)); }},
     Edit{"resize", [](String& text) { text.resize(600, u'-'); }},
     Edit{"format", [](String& text) { text.format(text, MORE, TEXT); }},
     Edit{"a write bracket",
@@ -156,11 +151,8 @@ void addProducts(std::vector<Row>& rows)
     rows.insert(
         rows.end(),
         {
-            product("String of a pointer", [] { return String(TEXT); }),
             product("String in upper case",
                     [] { return String(AcquireMode::AcquireCopyUpper, TEXT); }),
-            product("String as a view", [] { return String(AcquireMode::AcquireAlias, TEXT); }),
-            product("String of a literal", [] { return String(LITERAL); }),
             product("String of a region",
                     [] { return String(AcquireMode::AcquireCopy, sharedText(), 2, 40, 600); }),
             product("String of units", [] { return String(u'x', 300); }),
@@ -170,9 +162,6 @@ void addProducts(std::vector<Row>& rows)
             product("concatenation", [] { return sharedText() + MORE + sharedText(); }),
             product("clone", [] { return Reference<Object>(sharedText().clone()); }),
             product("valueOf a number", [] { return String::valueOf(-12345); }),
-            product("valueOf a floating number", [] { return String::valueOf(0.1); }),
-            product("valueOf a truth", [] { return String::valueOf(true); }),
-            product("valueOf a unit", [] { return String::valueOf(u'x'); }),
             product("exception with a text", [] { return Exception(TEXT).getDescription(); }),
         });
 }
