@@ -27,10 +27,6 @@ public:
     Result countFailsWith = S_OK;
     Result resourceFailsWith = S_OK;
 
-    Result QueryInterface(const GUID& iid, void** out) override
-    {
-        return Object::QueryInterface(iid, out);
-    }
     Result LoadCharBuffer(const char16_t* key, util::ICharBuffer* text) const override
     {
         const auto found = texts.find(key);
@@ -221,7 +217,7 @@ TEST(StringMapBundle, addsWhatItsParentHas)
     EXPECT_EQ(bundle->getString(u"e"), u"E");
     EXPECT_TRUE(isNotFound(*bundle, u"x"));
     EXPECT_EQ(bundle->getKeys()->getSize(), 3);
-    EXPECT_EQ(keysOf(*bundle).find("p"), 4u) << "behind its own";
+    EXPECT_EQ(keysOf(*bundle).find('p'), 4u) << "behind its own";
 
     map->put(u"n", makeReference<String>(u"N").get());
     EXPECT_EQ(bundle->getKeys()->getSize(), 3) << "read once";

@@ -15,10 +15,6 @@ namespace {
 
 class Recorder : public ::orv::quark::Implements<Object, ILevelLogger> {
 public:
-    Result QueryInterface(const GUID& iid, void** out) override
-    {
-        return Object::QueryInterface(iid, out);
-    }
     void log(std::int32_t level, const String& text) override
     {
         if (level < 0) throw IllegalStateException(u"closed");
