@@ -460,11 +460,11 @@ ORVCORE_API std::int32_t ORVgetaddrinfo(const char* node, const char* service,
 /// Frees a list of ORVgetaddrinfo(); null is allowed.
 ORVCORE_API void ORVfreeaddrinfo(addrinfo* list) noexcept;
 
-// Registry: the configuration store. Key and value names are found without regard to case; the value
-// named "" or null is the default value of its key. Backslashes divide a path, several count as one.
-// Results of all operations: 0x80070002 where key or value is absent, 0x800700CE for a name of more
-// than 254 units, 0x800703F1 where the store is damaged, 0x800700AA where other processes kept it
-// for too long, 0x80070032 in a forked child of a process that had used it.
+// Registry: the configuration store. Key and value names are found without regard to case; the
+// value named "" or null is the default value of its key. Backslashes divide a path, several count
+// as one. Results of all operations: 0x80070002 where key or value is absent, 0x800700CE for a name
+// of more than 254 units, 0x800703F1 where the store is damaged, 0x800700AA where other processes
+// kept it for too long, 0x80070032 in a forked child of a process that had used it.
 
 /// Reads a value. With `type`, `data` and `size` null tests its existence. `size` holds the room
 /// in bytes and receives the size of the value; 0x80004009 when the room is too small.
@@ -472,8 +472,8 @@ ORVCORE_API void ORVfreeaddrinfo(addrinfo* list) noexcept;
 ORVCORE_API ORVResult ORVRegistryGetValue(ENUM_ORV_HKEY root, const char16_t* path,
                                           const char16_t* name, std::uint32_t* type, void* data,
                                           std::uint32_t* size) noexcept;
-/// Writes a value of `size` bytes, creating the key where it is absent. E_INVALIDARG for a type that
-/// is none of ENUM_ORV_REG_TYPE and for a number of another size than its own.
+/// Writes a value of `size` bytes, creating the key where it is absent. E_INVALIDARG for a type
+/// that is none of ENUM_ORV_REG_TYPE and for a number of another size than its own.
 ORVCORE_API ORVResult ORVRegistrySetValue(ENUM_ORV_HKEY root, const char16_t* path,
                                           const char16_t* name, std::uint32_t type,
                                           const void* data, std::uint32_t size) noexcept;

@@ -1,7 +1,11 @@
+#include "platform/store.h"
+
+#include "platform/posix/internal/NarrowText.h"
 #include "platform/posix/internal/RawLock.h"
 #include "platform/posix/internal/Results.h"
 #include "platform/posix/internal/Store.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -101,6 +105,13 @@ const char* storeFile(char* buffer, std::size_t size) noexcept
     if (folder == nullptr || std::strlen(folder) + std::strlen(below) >= size) return nullptr;
     std::snprintf(buffer, size, "%s%s", folder, below);
     return buffer;
+}
+
+std::int32_t storePath(char16_t* buffer, std::int32_t size) noexcept
+{
+    char bytes[PATH_MAX];
+    const char* const file = storeFile(bytes, sizeof bytes);
+    return file == nullptr ? 0 : std::max(widenExactly(file, buffer, size), 0);
 }
 
 StoreLease::StoreLease(bool creates) noexcept

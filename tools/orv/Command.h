@@ -31,6 +31,7 @@ extern const Command echo;
 extern const Command encodings;
 extern const Command ini;
 extern const Command log;
+extern const Command registry;
 extern const Command uri;
 
 } // namespace tool
