@@ -29,20 +29,15 @@ inline Bytes fromHex(std::string_view digits)
     return bytes;
 }
 
-inline std::string toHex(const signed char* bytes, std::size_t count)
+inline std::string toHex(const Bytes& bytes)
 {
     constexpr std::string_view digits = "0123456789abcdef";
     std::string text;
-    for (std::size_t i = 0; i < count; ++i) {
-        text += digits[static_cast<unsigned char>(bytes[i]) >> 4];
-        text += digits[static_cast<unsigned char>(bytes[i]) & 0xF];
+    for (const signed char byte : bytes) {
+        text += digits[static_cast<unsigned char>(byte) >> 4];
+        text += digits[static_cast<unsigned char>(byte) & 0xF];
     }
     return text;
-}
-
-inline std::string toHex(const Bytes& bytes)
-{
-    return toHex(bytes.data(), bytes.size());
 }
 
 /// Bytes that follow no short pattern.

@@ -108,23 +108,19 @@ TEST_F(IniFileSharing, servesSeveralThreadsUnderASemaphore)
 {
     IniFile file = open();
     IniFile copy(file);
-    std::vector<std::thread> threads;
-    std::atomic<int> faults{0};
-    for (int writer = 0; writer < 3; ++writer) {
-        threads.emplace_back([&, writer] {
-            for (int change = 0; change < 30; ++change) {
-                const std::u16string key = nameOf(writer, change);
-                file.AddKey(u"set", key.c_str(), key.c_str(), true);
-                for (int turn = 0; turn < 3; ++turn) {
-                    if (test::lookUp(file, u"set", key.c_str()) != key) ++faults;
-                }
-                test::contentOf(copy);
-            }
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(faults, 0);
-    EXPECT_EQ(countOf(file), 90);
+    const auto work = [&](int writer) {
+        for (int change = 0; change < 30; ++change) {
+            const std::u16string key = nameOf(writer, change);
+            file.AddKey(u"set", key.c_str(), key.c_str(), true);
+            for (int i = 0; i < 3; ++i) EXPECT_EQ(test::lookUp(file, u"set", key.c_str()), key);
+            test::contentOf(copy);
+        }
+    };
+    std::thread first(work, 1);
+    std::thread second(work, 2);
+    first.join();
+    second.join();
+    EXPECT_EQ(countOf(file), 60);
 }
 
 } // namespace

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <climits>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -159,34 +161,32 @@ TEST_F(IniFiles, areSavedInTheDefaultEncoding)
     EXPECT_EQ(lookUp(open(), u"Ä", u"K"), u"€");
 }
 
-// Several lookups without a change use an index by hashes; these names have one hash.
+// Several lookups without a change use an index by hashes. These names have one hash, and 300 are
+// too many for it.
 TEST_F(IniFiles, findEveryKeyAmongManyOfOneHash)
 {
     for (const int count : {40, 300}) {
         std::string text = "[set]\n";
-        const auto name = [](int i) {
-            std::string key(100, 'n');
-            key[1] = static_cast<char>('a' + i / 20);
-            key[2] = static_cast<char>('a' + i % 20);
-            return key;
+        std::u16string name(100, u'n');
+        const auto nameOf = [&](int i) {
+            name[1] = static_cast<char16_t>(u'a' + i / 20);
+            name[2] = static_cast<char16_t>(u'a' + i % 20);
+            return name.c_str();
         };
-        for (int i = 0; i < count; ++i) text += name(i) + "=" + std::to_string(i) + "\n";
-        IniFile file = openText(text);
-        for (int turn = 0; turn < 2; ++turn) {
-            for (int i = 0; i < count; ++i) {
-                const std::string key = name(i);
-                const std::u16string wide(key.begin(), key.end());
-                const std::string value = std::to_string(i);
-                EXPECT_EQ(lookUp(file, u"SET", wide.c_str()),
-                          std::u16string(value.begin(), value.end()));
-            }
+        for (int i = 0; i < count; ++i) {
+            nameOf(i);
+            text +=
+                std::string(name.begin(), name.end()) + '=' + static_cast<char>('0' + i % 9) + "\n";
         }
-        EXPECT_FALSE(lookUp(file, u"other", u"n"));
-        file.DeleteKey(u"set", u"x");
-        const std::string gone = name(3);
-        const std::u16string wide(gone.begin(), gone.end());
-        EXPECT_EQ(file.DeleteKey(u"set", wide.c_str()), S_OK);
-        EXPECT_FALSE(lookUp(file, u"set", wide.c_str()));
+        IniFile file = openText(text);
+        for (int i = 0; i < 2 * count; ++i) {
+            const int at = i % count;
+            EXPECT_EQ(lookUp(file, u"SET", nameOf(at)),
+                      std::u16string(1, static_cast<char16_t>(u'0' + at % 9)));
+        }
+        EXPECT_EQ(file.DeleteKey(u"set", nameOf(3)), S_OK);
+        for (int i = 0; i < 3; ++i) EXPECT_FALSE(lookUp(file, u"set", nameOf(3)));
+        EXPECT_FALSE(lookUp(file, u"other", nameOf(4)));
     }
 }
 
@@ -235,13 +235,13 @@ TEST_F(IniFiles, thatAreMissingMayBeRefused)
     ASSERT_EQ(::stat((m_folder.path() / "a.ini").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0111, 0u);
 
-    for (const String& name : {m_folder.file(u"none"), m_folder.file(u""), String()}) {
+    for (const char16_t* name : {static_cast<const char16_t*>(nullptr), u"/no/file", u"/"}) {
         try {
-            IniFile(name.getLength() == 0 ? nullptr : name.getData(), nullptr, 1);
+            IniFile(name, nullptr, 1);
             ADD_FAILURE() << "opened";
         } catch (const IniFileException& exception) {
             EXPECT_EQ(exception.GetType(), IniFileException::TYPE_LOAD_FAILED);
-            EXPECT_EQ(exception.getDescription(), name);
+            EXPECT_EQ(exception.getDescription(), name == nullptr ? u"" : name);
         }
     }
 }
@@ -317,30 +317,29 @@ TEST_F(IniFiles, areSavedByOneWriteCall)
     std::string text = "[set]\n";
     for (int i = 0; i < 3000; ++i) text += "key" + std::to_string(i) + "=value\n";
     IniFile file = openText(text);
-    const long before = writeCalls();
-    if (before < 0) GTEST_SKIP() << "the kernel does not count";
-    file.AddKey(u"set", u"key0", u"1", true);
-    EXPECT_EQ(writeCalls() - before, 1);
-    EXPECT_GT(saved().size(), 20000u);
+    if (writeCalls() < 0) GTEST_SKIP() << "the kernel does not count";
+    long least = LONG_MAX; // sanitizers write too, where something is new to them
+    for (int i = 0; i < 4; ++i) {
+        const long before = writeCalls();
+        file.AddKey(u"set", u"key0", u"1", true);
+        least = std::min(least, writeCalls() - before);
+    }
+    EXPECT_EQ(least, 1);
 }
 
 TEST_F(IniFiles, giveCopiesOfTheirOwn)
 {
     IniFile file = openText("[a]\nk=1\n");
-    IniFile copy(file);
-    IniFile other(nullptr, nullptr, 0);
-    EXPECT_EQ(lookUp(other, u"a", u"k"), std::nullopt);
+    IniFile copy(file), other(nullptr, nullptr, 0);
+    for (int i = 0; i < 3; ++i) EXPECT_FALSE(lookUp(other, u"a", u"k"));
     other = file;
-    EXPECT_EQ(lookUp(other, u"a", u"k"), u"1");
-    EXPECT_EQ(lookUp(other, u"a", u"k"), u"1");
-    std::filesystem::remove(m_folder.path() / "a.ini");
-    copy.DeleteSet(u"a");
-    std::filesystem::remove(m_folder.path() / "a.ini");
-    other.AddKey(u"a", u"m", u"2", true);
+    for (IniFile* each : {&copy, &other}) {
+        std::filesystem::remove(m_folder.path() / "a.ini");
+        EXPECT_EQ(each->DeleteKey(u"a", u"k"), S_OK);
+    }
     std::filesystem::remove(m_folder.path() / "a.ini");
     EXPECT_EQ(contentOf(file), "[a]k=1;");
-    EXPECT_EQ(contentOf(copy), "");
-    EXPECT_EQ(contentOf(other), "[a]k=1;m=2;");
+    EXPECT_EQ(contentOf(other), "[a]");
 }
 
 TEST_F(IniFiles, iterateOverTheNamesThereWere)
@@ -361,20 +360,21 @@ TEST_F(IniFiles, iterateOverTheNamesThereWere)
         EXPECT_FALSE(IniFileSetIterator(file, name).hasNext()) << "sets have none below them";
     }
     EXPECT_TRUE(IniFileSetIterator(file, nullptr).hasNext());
-    const auto typeOf = [](auto action) {
-        try {
-            action();
-        } catch (const IniFileException& exception) {
-            return std::pair(exception.GetType(), exception.getDescription());
-        }
-        return std::pair(IniFileException::TYPE_LOAD_FAILED, String(u"nothing thrown"));
-    };
-    EXPECT_EQ(typeOf([&] { keys.next(); }),
-              std::pair(IniFileException::TYPE_NO_MORE_ELEMENTS, String()));
-    EXPECT_EQ(typeOf([&] { sets.next(); }),
-              std::pair(IniFileException::TYPE_NO_MORE_ELEMENTS, String()));
-    EXPECT_EQ(typeOf([&] { IniFileKeyIterator(file, u"c"); }),
-              std::pair(IniFileException::TYPE_NO_SUCH_SET, String(u"c")));
+    EXPECT_THROW(sets.next(), IniFileException);
+    try {
+        keys.next();
+        ADD_FAILURE() << "there was one more";
+    } catch (const IniFileException& exception) {
+        EXPECT_EQ(exception.GetType(), IniFileException::TYPE_NO_MORE_ELEMENTS);
+        EXPECT_TRUE(exception.getDescription().isEmpty());
+    }
+    try {
+        IniFileKeyIterator(file, u"c");
+        ADD_FAILURE() << "there is such a set";
+    } catch (const IniFileException& exception) {
+        EXPECT_EQ(exception.GetType(), IniFileException::TYPE_NO_SUCH_SET);
+        EXPECT_EQ(exception.getDescription(), u"c");
+    }
 }
 
 } // namespace
