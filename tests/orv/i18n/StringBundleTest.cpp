@@ -224,11 +224,6 @@ TEST(StringMapBundle, addsWhatItsParentHas)
     map->put(u"o", makeReference<Object>().get());
     EXPECT_THROW(bundle->getString(u"o"), CastFailedException);
     EXPECT_TRUE(StringMapBundle(mapOf({}).get(), nullptr).getKeys()->isEmpty());
-
-    const auto childOfComponent = makeReference<MapBundle>(
-        map.get(), makeReference<ComStringBundle>(makeReference<Component>().get(), nullptr).get());
-    EXPECT_EQ(childOfComponent->getString(u"b"), u"B");
-    EXPECT_THROW(childOfComponent->getKeys(), ResultException) << "whose keys it cannot have";
 }
 
 TEST(StringMapBundle, answersThroughItsInterface)

@@ -342,15 +342,6 @@ TEST(URI, aTextThatCannotBeLockedIsReported)
     EXPECT_EQ(buffer.openLocks(), 0);
 }
 
-TEST(URI, thereAreNoFragments)
-{
-    URI uri(u"x://h/p#f");
-    uri.setFragment(u"g");
-    EXPECT_EQ(uri.getFragment(), u"");
-    EXPECT_FALSE(uri.hasFragment());
-    EXPECT_EQ(uri.getPath(true), u"p#f");
-}
-
 TEST(QueryKey, isBlindToCaseAsAnObjectOnly)
 {
     const QueryKey key(u"\u00C4b"), same(u"\u00E4B"), other(u"c");
