@@ -93,7 +93,10 @@ public:
             m_logger->enableField(field, true);
         }
         if (plan.async) {
-            m_logger->addProcessor(log::AsyncProcessor::create(m_writer.get(), 1).get());
+            // At the stop the thread and its stopper may come to the writer at once.
+            const auto oneAtATime = log::MultiProcessor::create();
+            oneAtATime->addProcessor(m_writer.get());
+            m_logger->addProcessor(log::AsyncProcessor::create(oneAtATime.get(), 1).get());
         } else {
             m_logger->addProcessor(m_writer.get());
         }

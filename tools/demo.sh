@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Carries a text through several encodings, by a host program and by the orv command, and shows
-# each step.
+# Carries a text through several encodings, by a host program and by the orv command, calculates,
+# logs, and shows each step.
 # Usage: demo.sh ORV REENCODE
 #   ORV       the orv command
 #   REENCODE  the program of examples/reencode.cpp
@@ -53,3 +53,10 @@ printf 'Exit status 1, as it should be.\n'
 printf '\nNumbers of any size:\n'
 show orv "$orv" calc pow -a=2 -b=100
 show orv "$orv" calc divide -a=1 -b=7 -scale=30
+
+printf '\nA log, every line of the input an entry:\n'
+printf 'started\nlistening on port 80\n' >events.txt
+show orv "$orv" log -out=events.log -name=web -level=3 -fields=sequence,timestamp <events.txt
+cat events.log
+show orv "$orv" log -out=events.xml -format=xml -threads=1 <events.txt
+cat events.xml

@@ -167,6 +167,8 @@ private:
 #endif
 #ifdef ORV_BENCH_LOG4CXX
 
+namespace helpers = log4cxx::helpers; // named by the macros below
+
 class Log4cxxEnd : public log4cxx::AppenderSkeleton {
 public:
     DECLARE_LOG4CXX_OBJECT(Log4cxxEnd)
@@ -212,7 +214,7 @@ public:
             target = std::make_shared<Log4cxxEnd>(m_end);
         }
         target->setLayout(layout);
-        std::static_pointer_cast<log4cxx::AppenderSkeleton>(target)->activateOptions(pool);
+        std::dynamic_pointer_cast<log4cxx::AppenderSkeleton>(target)->activateOptions(pool);
         m_target = target;
         m_logger = log4cxx::Logger::getLogger("peer");
         m_logger->setAdditivity(false);

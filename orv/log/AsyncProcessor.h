@@ -13,15 +13,17 @@ class AsyncProcessorImpl;
 
 /// Takes entries into a queue and lets threads of its own hand them to a target.
 ///
-///     Reference<ILogProcessor> writer = BasicLogWriter::create(text.get());
-///     logger->addProcessor(AsyncProcessor::create(writer.get(), 1).get());
+///     Reference<MultiProcessor> oneAtATime = MultiProcessor::create();
+///     oneAtATime->addProcessor(BasicLogWriter::create(text.get()).get());
+///     logger->addProcessor(AsyncProcessor::create(oneAtATime.get(), 1).get());
 ///
 /// The queue has no bound: process() never waits for room and never drops an entry, and a producer
 /// that outruns the threads grows the queue. An entry of a Logger with five fields and 40 units of
 /// text takes some 200 bytes in it.
 ///
-/// One thread keeps the order of the entries. Several have no order and call the target at the same
-/// time: put a MultiProcessor before a writer then. Without threads the entries wait for the stop.
+/// One thread keeps the order of the entries; several have none. Without threads the entries wait
+/// for the stop. Several threads, and at the stop even one and its stopper, call the target at the
+/// same time: put a MultiProcessor before a writer, which is not made for that.
 ///
 /// The stop is the destructor. It tells the threads to end, without waiting for them, and hands all
 /// that still waits to the target, in order and on its own thread; meanwhile, and a little longer,

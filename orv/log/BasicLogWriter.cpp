@@ -6,6 +6,21 @@
 
 namespace orv::log {
 
+namespace {
+
+void put(const ILogEntry& entry, internal::UnitBuffer& text)
+{
+    internal::forEachField(entry, [&](std::u16string_view name, std::u16string_view value) {
+        text.append(name);
+        text.append(u"=");
+        text.append(value);
+        text.append(u"\n");
+    });
+    text.append(u"-------------------------\n");
+}
+
+} // namespace
+
 BasicLogWriter::BasicLogWriter(io::Writer* writer) : AbstractLogWriter(writer) {}
 
 BasicLogWriter::~BasicLogWriter() noexcept(false) = default;
@@ -18,14 +33,17 @@ Reference<ILogProcessor> BasicLogWriter::create(io::Writer* writer)
 String BasicLogWriter::format(const ILogEntry* entry)
 {
     internal::UnitBuffer text;
-    internal::forEachField(*entry, [&](std::u16string_view name, std::u16string_view value) {
-        text.append(name);
-        text.append(u"=");
-        text.append(value);
-        text.append(u"\n");
-    });
-    text.append(u"-------------------------\n");
+    put(*entry, text);
     return text.toString();
+}
+
+void BasicLogWriter::process(const ILogEntry* entry)
+{
+    // What the base does, without a String in between.
+    internal::UnitBuffer text;
+    put(*entry, text);
+    writer().write(text.units(), text.length());
+    flush();
 }
 
 } // namespace orv::log

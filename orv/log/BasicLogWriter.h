@@ -19,6 +19,8 @@ public:
     [[nodiscard]] static Reference<ILogProcessor> create(io::Writer* writer);
     ~BasicLogWriter() noexcept(false) override;
 
+    void process(const ILogEntry* entry) override;
+
 protected:
     String format(const ILogEntry* entry) override;
 

@@ -17,6 +17,22 @@ std::u16string_view upTo(std::u16string_view text, char16_t unit)
     return text.substr(0, text.find(unit));
 }
 
+void put(const ILogEntry& entry, internal::UnitBuffer& text)
+{
+    text.append(u"  <entry>\n");
+    internal::forEachField(entry, [&](std::u16string_view name, std::u16string_view value) {
+        const std::u16string_view tag = upTo(name, u'\0');
+        text.append(u"    <");
+        text.append(tag);
+        text.append(u"> ");
+        text.append(upTo(value, u'\0'));
+        text.append(u" </");
+        text.append(upTo(tag, u' '));
+        text.append(u">\n");
+    });
+    text.append(u"  </entry>\n");
+}
+
 } // namespace
 
 XmlLogWriter::XmlLogWriter(io::Writer* out) : AbstractLogWriter(out)
@@ -45,19 +61,17 @@ Reference<ILogProcessor> XmlLogWriter::create(io::Writer* writer)
 String XmlLogWriter::format(const ILogEntry* entry)
 {
     internal::UnitBuffer text;
-    text.append(u"  <entry>\n");
-    internal::forEachField(*entry, [&](std::u16string_view name, std::u16string_view value) {
-        const std::u16string_view tag = upTo(name, u'\0');
-        text.append(u"    <");
-        text.append(tag);
-        text.append(u"> ");
-        text.append(upTo(value, u'\0'));
-        text.append(u" </");
-        text.append(upTo(tag, u' '));
-        text.append(u">\n");
-    });
-    text.append(u"  </entry>\n");
+    put(*entry, text);
     return text.toString();
+}
+
+void XmlLogWriter::process(const ILogEntry* entry)
+{
+    // What the base does, without a String in between.
+    internal::UnitBuffer text;
+    put(*entry, text);
+    writer().write(text.units(), text.length());
+    flush();
 }
 
 } // namespace orv::log

@@ -30,6 +30,8 @@ public:
     /// its way already.
     ~XmlLogWriter() noexcept(false) override;
 
+    void process(const ILogEntry* entry) override;
+
 protected:
     String format(const ILogEntry* entry) override;
 

@@ -23,7 +23,9 @@ public:
         m_room -= text.size();
     }
 
-    String toString() const { return String(m_begin, static_cast<std::int32_t>(m_end - m_begin)); }
+    const char16_t* units() const noexcept { return m_begin; }
+    std::int32_t length() const noexcept { return static_cast<std::int32_t>(m_end - m_begin); }
+    String toString() const { return String(m_begin, length()); }
 
 private:
     static constexpr std::size_t SHORT_TEXT = 600;
