@@ -13,7 +13,6 @@
 
 #include <arpa/inet.h>
 #include <fcntl.h>
-#include <netdb.h>
 #include <netinet/in.h>
 #include <pthread.h>
 #include <sys/resource.h>
@@ -105,37 +104,6 @@ TEST(SocketAddress, printsScopesAsNumbers)
     EXPECT_EQ(numericAddress(address, text, sizeof text), 12047u);
 }
 
-TEST(Resolver, speaksTheNumbersOfTheFace)
-{
-    struct Row {
-        const char* host;
-        const char* service;
-        AddressHints hints;
-        SocketError error;
-        std::uint16_t family;
-    };
-    for (const Row& row : {Row{"127.0.0.1", "80", {0, 2, 1, 6}, 0, 2},
-                           {"::1", "80", {0, 23, 1, 6}, 0, 23},
-                           {"::1", nullptr, {0, AF_INET6, 1, 0}, 0, 23},
-                           {"", "80", {0, 0, 1, 6}, 13001, 0},
-                           {"127.0.0.1", "no-such-service", {0, 0, 1, 6}, 12109, 0},
-                           {"127.0.0.1", "80", {0x8000, 0, 1, 6}, 12022, 0},
-                           {"127.0.0.1", "80", {0, 77, 1, 6}, 12047, 0},
-                           {"127.0.0.1", "80", {0, 0, 77, 6}, 12044, 0}}) {
-        SCOPED_TRACE(row.host);
-        addrinfo* list = nullptr;
-        EXPECT_EQ(resolve(row.host, row.service, row.hints, &list), row.error);
-        ASSERT_EQ(list == nullptr, row.error != 0);
-        if (list != nullptr) {
-            const AddressEntry entry = readAddressEntry(list);
-            EXPECT_EQ(entry.family, row.family);
-            EXPECT_EQ(entry.address.family, row.family);
-            EXPECT_EQ(entry.size, sizeOfAddress(row.family));
-        }
-        ORVfreeaddrinfo(list);
-    }
-}
-
 TEST(Socket, isCloseOnExecAndClearOfTheStandardStreams)
 {
     orv::test::ForkedChild child([] {
@@ -148,25 +116,6 @@ TEST(Socket, isCloseOnExecAndClearOfTheStandardStreams)
         return ::fcntl(static_cast<int>(socket), F_GETFD) == 0 ? 0 : 4;
     });
     EXPECT_EQ(child.exitCode(), 0);
-}
-
-TEST(Socket, tellsFailuresByTheNumbersOfTheFace)
-{
-    PlainSocket listener, other;
-    const std::uint16_t port = listener.listen();
-    const orv_sockaddr_union taken = loopback(port);
-    NativeSocket socket = NO_SOCKET;
-    EXPECT_EQ(bindListener(other.get(), &taken, sizeof taken.ipv4), 10048u);
-    EXPECT_EQ(lastSocketError(), 10048u);
-    EXPECT_EQ(other.connect(orv::test::closedPort()), 10061u);
-    EXPECT_EQ(openSocket(1, 1, 0, &socket), 10047u);
-    EXPECT_EQ(openSocket(FAMILY_IPV4, 1, 17, &socket), 10043u);
-    EXPECT_EQ(shutDownSocket(other.get(), 2), 10057u);
-    EXPECT_EQ(closeSocket(NO_SOCKET), 10009u);
-    EXPECT_EQ(acceptSocket(listener.get(), &socket, nullptr), 10035u) << "a listener never waits";
-    EXPECT_EQ(other.connect(port), 0u);
-    EXPECT_EQ(lastSocketError(), 0u) << "success clears the last error";
-    EXPECT_EQ(other.connect(port), 10056u);
 }
 
 TEST(Socket, translatesOptions)
@@ -251,21 +200,6 @@ TEST(Socket, resumesWhatSignalsInterrupt)
     sender.join();
     EXPECT_EQ(done, static_cast<std::int64_t>(sent.size())) << "nothing was cut off";
     ::sigaction(SIGUSR1, &before, nullptr);
-}
-
-TEST(Socket, neverRaisesSigpipe)
-{
-    Connection connection;
-    connection.closeFar();
-    char byte = 'x';
-    std::int64_t done = 0;
-    SocketError error = 0;
-    // The first bytes provoke the reset that the later ones meet.
-    ASSERT_TRUE(orv::test::awaitTrue([&] {
-        error = sendBytes(connection.near.get(), &byte, 1, 0, &done);
-        return error != 0;
-    }));
-    EXPECT_EQ(error, 10054u);
 }
 
 TEST(SocketHold, wakesWhoIsAtWorkWhenTheSocketCloses)
@@ -355,27 +289,6 @@ TEST(SocketWait, takesDescriptorsOfAnyNumber)
         EXPECT_EQ(waits[0].ready, READY_TO_READ);
     }
     for (const int descriptor : many) ::close(descriptor);
-}
-
-TEST(SocketWait, readsLimitsOfTheSystem)
-{
-    struct Row {
-        timeval limit;
-        SocketError error;
-        std::int64_t microseconds;
-    };
-    for (const Row& row : {Row{{2, 5}, 0, 2'000'005},
-                           {{0, 3'000'000}, 0, 3'000'000},
-                           {{0, -1}, 10022, FOR_EVER},
-                           {{-1, 0}, 10022, FOR_EVER}}) {
-        std::int64_t microseconds = 0;
-        EXPECT_EQ(microsecondsOf(&row.limit, &microseconds), row.error);
-        EXPECT_EQ(microseconds, row.microseconds);
-    }
-    const timeval longest{INT64_MAX, 999'999};
-    std::int64_t microseconds = 0;
-    EXPECT_EQ(microsecondsOf(&longest, &microseconds), 0u);
-    EXPECT_GT(microseconds, INT64_MAX / 4);
 }
 
 } // namespace

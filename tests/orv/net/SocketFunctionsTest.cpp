@@ -128,42 +128,6 @@ TEST(SocketFunctions, refuseNullPointers)
     EXPECT_EQ(OrvNetTcpSocketStaticDestroy(&none), ORV_E_SOCKET_OK);
 }
 
-TEST(SocketFunctions, carryAConnection)
-{
-    EXPECT_EQ(OrvNetTcpSocketStaticInit(), ORV_E_SOCKET_OK);
-    EXPECT_EQ(OrvNetTcpSocketStaticUninit(), ORV_E_SOCKET_OK) << "and sockets go on working";
-    const auto server = listeningServer();
-    const orv_sockaddr_union peer = test::loopback(test::lastPort(*server));
-    TcpClientSocket2* client = nullptr;
-    ASSERT_EQ(OrvNetTcpClientSocketStaticCreate(2, 1, 6, &client), ORV_E_SOCKET_OK);
-    EXPECT_EQ(OrvNetTcpClientSocketConnect(client, &peer, 16), ORV_E_SOCKET_OK);
-    std::uint64_t socket = 0;
-    ASSERT_EQ(OrvNetTcpServerSocketAcceptSocket(server.get(), &socket), ORV_E_SOCKET_OK);
-    ENUM_ORV_E_SOCKET error = ORV_E_SOCKET_EINVAL;
-    TcpWorkerSocket2 worker(socket, &error);
-    EXPECT_EQ(error, ORV_E_SOCKET_OK);
-    EXPECT_EQ(OrvNetTcpSocketGetId(&worker), socket);
-
-    char bytes[] = "abc";
-    std::int64_t done = 0;
-    EXPECT_EQ(OrvNetTcpWorkerSocketSend(&worker, bytes, 3, 0, &done), ORV_E_SOCKET_OK);
-    TcpWorkerSocket2* readers[] = {client};
-    std::uint32_t count = 1, none = 0;
-    std::int32_t total = 0;
-    EXPECT_EQ(OrvNetTcpClientSocketStaticSelect(readers, &count, nullptr, &none, nullptr, &none,
-                                                nullptr, &total),
-              ORV_E_SOCKET_OK);
-    EXPECT_EQ(total, 1);
-    char got[4] = {};
-    EXPECT_EQ(OrvNetTcpClientSocketRecv(client, got, 3, 0, &done), ORV_E_SOCKET_OK);
-    EXPECT_STREQ(got, "abc");
-    TcpSocket2* base = client;
-    EXPECT_EQ(OrvNetTcpSocketStaticDestroy(&base), ORV_E_SOCKET_OK);
-    EXPECT_EQ(base, nullptr);
-    EXPECT_EQ(OrvNetTcpWorkerSocketRecv(&worker, got, 3, 0, &done), ORV_E_SOCKET_OK);
-    EXPECT_EQ(done, 0);
-}
-
 TEST(SocketFunctions, askAddressesByTheirFamily)
 {
     orv_sockaddr_union v4 = test::loopback(80);

@@ -232,20 +232,5 @@ TEST(TcpServerSocket2, givesEachConnectionToOneOfSeveralWaiters)
     EXPECT_EQ(taken, connections);
 }
 
-TEST(TcpServerSocket2, forgetsSocketsWithoutClosingThem)
-{
-    Owned<TcpServerSocket2> server = newServer();
-    const std::uint16_t port = test::closedPort();
-    EXPECT_EQ(server->bindListAddAddrInfo("127.0.0.1", nullptr, port), ORV_E_SOCKET_OK);
-    EXPECT_EQ(server->bind(), ORV_E_SOCKET_OK);
-    EXPECT_EQ(server->listen(1), ORV_E_SOCKET_OK);
-    const std::uint64_t taken = server->getId();
-    server->socketListClear();
-    EXPECT_EQ(server->getId(), 0u);
-    EXPECT_EQ(server->close(), ORV_E_SOCKET_OK);
-    EXPECT_EQ(connectTo(*newClient(), port), ORV_E_SOCKET_OK) << "it still listens";
-    EXPECT_EQ(orvcore::closeSocket(taken), 0u);
-}
-
 } // namespace
 } // namespace orv::net

@@ -89,68 +89,21 @@ TEST(TcpWorkerSocket2, isNoSocketOnceItIsClosed)
 {
     Connection connection;
     TcpClientSocket2& client = *connection.client;
-    const orv_sockaddr_union peer = test::loopback(1);
     orv_sockaddr_union local{};
-    std::int32_t length = sizeof local;
-    EXPECT_EQ(client.getLocalAddress(&local, &length), ORV_E_SOCKET_OK);
-    EXPECT_EQ(length, 16);
-    length = 15;
-    EXPECT_EQ(client.getLocalAddress(&local, &length), ORV_E_SOCKET_EFAULT);
+    std::int32_t length = 15;
+    EXPECT_EQ(client.getLocalAddress(&local, &length), ORV_E_SOCKET_EFAULT) << "one byte short";
     EXPECT_NE(client.getId(), 0u);
     EXPECT_EQ(client.close(), ORV_E_SOCKET_OK);
     EXPECT_EQ(client.close(), ORV_E_SOCKET_OK);
-    EXPECT_EQ(client.getClosed(), 1);
     EXPECT_EQ(client.getId(), 0u);
-
     char byte = 0;
     std::int64_t done = 5;
     EXPECT_EQ(client.recv(&byte, 1, 0, &done), ORV_E_SOCKET_ENOTSOCK);
     EXPECT_EQ(client.send(&byte, 1, 0, &done), ORV_E_SOCKET_ENOTSOCK);
     EXPECT_EQ(done, 5);
     EXPECT_EQ(client.getsockopt(0xFFFF, 4, &byte, &length), ORV_E_SOCKET_ENOTSOCK);
-    EXPECT_EQ(client.setsockopt(0xFFFF, 4, &byte, 4), ORV_E_SOCKET_ENOTSOCK);
-    EXPECT_EQ(client.bind(&peer, 16), ORV_E_SOCKET_ENOTSOCK);
-    EXPECT_EQ(client.connect(&peer, 16), ORV_E_SOCKET_ENOTSOCK);
-    EXPECT_EQ(client.getLocalAddress(&local, &length), ORV_E_SOCKET_ENOTSOCK);
+    EXPECT_EQ(client.connect(&local, 16), ORV_E_SOCKET_ENOTSOCK);
     EXPECT_EQ(client.shutdownBoth(), ORV_E_SOCKET_OK);
-}
-
-TEST(TcpWorkerSocket2, leavesNoDescriptorBehind)
-{
-    newClient();
-    const std::ptrdiff_t before = test::openDescriptors();
-    {
-        Connection connection;
-        Owned<TcpClientSocket2> refused = newClient();
-        EXPECT_EQ(connectTo(*refused, test::closedPort()), ORV_E_SOCKET_ECONNREFUSED);
-        TcpClientSocket2* none = refused.get();
-        EXPECT_EQ(TcpClientSocket2::createTcpClientSocket2(99, 1, 6, &none),
-                  ORV_E_SOCKET_EAFNOSUPPORT);
-        EXPECT_EQ(none, nullptr);
-        // Not destroyed by the static operation, and with an address of a peer that is none.
-        ENUM_ORV_E_SOCKET error = ORV_E_SOCKET_OK;
-        orv_sockaddr_union odd{};
-        test::PlainSocket plain;
-        const TcpWorkerSocket2 worker(plain.release(), &odd, &error);
-        EXPECT_EQ(error, ORV_E_SOCKET_EINVAL);
-        EXPECT_EQ(worker.getRemoteAddress(), nullptr);
-    }
-    EXPECT_EQ(test::openDescriptors(), before);
-}
-
-TEST(TcpWorkerSocket2, endsAReceiveWhenAnotherThreadCloses)
-{
-    Connection connection;
-    std::atomic<std::uint32_t> id{0};
-    std::string got;
-    std::thread reader([&] {
-        id = orvcore::currentThreadId();
-        got = received(*connection.worker);
-    });
-    ASSERT_TRUE(test::awaitTrue([&] { return id != 0; }) && test::awaitSleepOf(id));
-    EXPECT_EQ(connection.worker->close(), ORV_E_SOCKET_OK);
-    reader.join();
-    EXPECT_EQ(got, "!ENOTSOCK");
 }
 
 /// One call of select(), with its arguments and its outcome.
@@ -222,33 +175,18 @@ TEST(TcpSelect, refusesWhatItCannotWaitFor)
     TcpWorkerSocket2* const worker = connection.worker.get();
     TcpWorkerSocket2* const closed = connection.client.get();
     closed->close();
-    Selection many{std::vector<TcpWorkerSocket2*>(64, worker), {}, {worker}};
-    EXPECT_EQ(many.run(), ORV_E_SOCKET_EMFILE);
-    EXPECT_EQ(many.readCount + many.exceptCount, 0u);
-    Selection most{std::vector<TcpWorkerSocket2*>(63, worker),
-                   std::vector<TcpWorkerSocket2*>(63, worker),
-                   std::vector<TcpWorkerSocket2*>(63, worker)};
-    EXPECT_EQ(most.run(), ORV_E_SOCKET_OK);
-    EXPECT_EQ(most.counts(), (Counts{63, 63, 0, 2}));
+    const std::vector<TcpWorkerSocket2*> most(63, worker);
+    Selection fits{most, most, most};
+    EXPECT_EQ(fits.run(), ORV_E_SOCKET_OK);
+    EXPECT_EQ(fits.counts(), (Counts{63, 63, 0, 2}));
+    EXPECT_EQ((Selection{std::vector<TcpWorkerSocket2*>(64, worker), {}, {}}.run()),
+              ORV_E_SOCKET_EMFILE);
     EXPECT_EQ((Selection{{worker, closed}, {}, {}}.run()), ORV_E_SOCKET_ENOTSOCK);
     EXPECT_EQ((Selection{{}, {nullptr}, {}}.run()), ORV_E_SOCKET_ENOTSOCK);
     EXPECT_EQ((Selection{{}, {}, {}}.run()), ORV_E_SOCKET_OK) << "just a wait";
     EXPECT_EQ((Selection{{}, {}, {}}.run(nullptr)), ORV_E_SOCKET_EINVAL) << "for ever";
     timeval negative{-1, 0};
     EXPECT_EQ((Selection{{worker}, {}, {}}.run(&negative)), ORV_E_SOCKET_EINVAL);
-
-    std::uint32_t none = 0;
-    std::uint32_t three = 3;
-    std::int32_t total = 0;
-    timeval now{0, 0};
-    const auto select = &TcpWorkerSocket2::select;
-    EXPECT_EQ(select(nullptr, &three, nullptr, &none, nullptr, &none, &now, &total),
-              ORV_E_SOCKET_OK)
-        << "an array that is null is empty";
-    EXPECT_EQ(select(nullptr, nullptr, nullptr, &none, nullptr, &none, &now, &total),
-              ORV_E_SOCKET_EINVAL);
-    EXPECT_EQ(select(nullptr, &none, nullptr, &none, nullptr, &none, &now, nullptr),
-              ORV_E_SOCKET_EINVAL);
 }
 
 TEST(TcpSelect, endsWhenAnotherThreadCloses)
