@@ -1,5 +1,6 @@
 #include "platform/orvcore.h"
 
+#include "platform/posix/internal/RawLock.h"
 #include "platform/posix/internal/Results.h"
 
 #include <ctime>
@@ -32,8 +33,12 @@ struct BrokenSecond {
 
 constinit thread_local BrokenSecond t_local [[gnu::tls_model("initial-exec")]];
 
+// The C library has a lock of its own for the zone, which the thread sanitizer cannot see.
+constinit orvcore::RawLock s_zoneLock;
+
 std::tm* breakDownLocally(const std::time_t* second, std::tm* broken)
 {
+    const orvcore::RawGuard guard(s_zoneLock);
     // localtime_r alone would keep to the zone that it met first.
     tzset();
     return localtime_r(second, broken);
