@@ -112,7 +112,7 @@ Sets modelOf(const std::string& bytes)
             name = text.substr(1, end - 1);
             continue;
         }
-        text.pop_back();
+        if (!text.empty()) text.pop_back(); // bytes that are no whole character give none
         const std::size_t equals = text.find(u'=');
         if (equals == text.npos) break;
         assign(keys, trimmed(text.substr(0, equals)), trimmed(text.substr(equals + 1)));

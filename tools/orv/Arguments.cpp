@@ -30,7 +30,7 @@ Arguments::Arguments(int count, char** words, std::span<const char16_t* const> k
     for (const char* word : m_words) {
         const std::string_view text(word);
         const bool isOption = text.find_first_of("-/") == 0;
-        names.emplace_back(text.substr(0, isOption ? text.find('=') : text.npos));
+        names.emplace_back(text.substr(0, isOption ? text.find('=') : std::string_view::npos));
     }
     std::vector<char*> pointers;
     for (std::string& name : names) pointers.push_back(name.data());

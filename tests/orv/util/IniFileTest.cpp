@@ -91,6 +91,7 @@ TEST_F(IniFiles, readTheirLinesAsTheFormSays)
         {"[a]\n\xEF\xBB=1\nm=2\n", "[a]m=2;\xEF\xBF\xBD\xEF\xBF\xBD=1;"},
         {"[a]\nk=v\xF0\x9F\x98\x80", "[a]k=v\\ud83d;"},
         {"[a]\nk=12\0x\nm=1\n\0rest\nn=2\n"s, "[a]k=1;m=1;n=2;"},
+        {"[a]\nk=1\n\xEF\xBB\0\nm=2\n"s, "[a]k=1;"},
         {"[a]\n" + line510 + "m=1\n", "[a]k=" + filled("", 507) + ";m=1;"},
         {"[a]\n" + piece + "m=1\nn=2\n", "[a]k=" + filled("", 507) + ";m=1;n=2;"},
         {"[a]\n" + piece + "[b]\nn=2\n", "[a]k=" + filled("", 507) + ";[b]n=2;"},
