@@ -16,9 +16,6 @@ namespace orv::net {
 namespace {
 
 using test::Connection;
-using test::connectTo;
-using test::newClient;
-using test::Owned;
 using test::received;
 using test::sendAll;
 
