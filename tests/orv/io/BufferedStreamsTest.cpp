@@ -1,21 +1,21 @@
+#include "orv/io/AlphaNumOutputStream.h"
+#include "orv/io/BitOutputStream.h"
 #include "orv/io/BufferedInputStream.h"
 #include "orv/io/BufferedOutputStream.h"
 #include "orv/io/BufferedReader.h"
+#include "orv/io/ByteArrayOutputStream.h"
+#include "orv/io/OutputStreamWriter.h"
 #include "tests/orv/io/Streams.h"
 
+#include <array>
 #include <vector>
 
-namespace orv::io {
+namespace orv::io::test {
 namespace {
-
-using test::PieceReader;
-using test::PieceStream;
-using test::readOnce;
-using test::RecordingStream;
 
 const std::string LETTERS = "abcdefghijklmnopqrstuvwxyz";
 
-TEST(BufferedInputStream, givesSingleBytesWithTheirSign)
+TEST(BufferedInputStream, givesSingleBytesWithTheirSignAndOthersGiveNone)
 {
     BufferedInputStream in(makeReference<PieceStream>("\x80\xFF\xFF").get(), 16);
     EXPECT_EQ(in.read(), -128);
@@ -23,6 +23,12 @@ TEST(BufferedInputStream, givesSingleBytesWithTheirSign)
     EXPECT_EQ(readOnce(in, 1), "\xFF");
     EXPECT_EQ(readOnce(in, 1), "|-1");
     EXPECT_EQ(in.read(), -1);
+    PieceStream plain("\xFF");
+    EXPECT_EQ(plain.read(), 0xFF);
+    EXPECT_EQ(plain.read(), -1);
+    BufferedReader reader(makeReference<PieceReader>(u"\uFFFF").get(), 16);
+    EXPECT_EQ(reader.read(), 0xFFFF);
+    EXPECT_EQ(reader.read(), -1);
 }
 
 TEST(BufferedInputStream, returnsToAMarkWithinItsLimit)
@@ -42,14 +48,14 @@ TEST(BufferedInputStream, returnsToAMarkWithinItsLimit)
         EXPECT_EQ(in.skip(row.before), row.before);
         in.mark(row.limit);
         EXPECT_EQ(in.skip(row.after), row.after);
-        try {
+        const String thrown = thrownBy([&] {
             in.reset();
             EXPECT_EQ(readOnce(in, 3), row.outcome);
             in.reset();
             EXPECT_EQ(in.skip(100), 26 - row.before);
-        } catch (const IoException& exception) {
-            EXPECT_EQ(exception.getDescription(), String(row.outcome));
-        }
+        });
+        EXPECT_EQ(thrown,
+                  row.outcome == std::string("mark invalid") ? u"mark invalid" : u"nothing");
     }
 }
 
@@ -68,32 +74,32 @@ TEST(BufferedOutputStream, passesOnWhatIsFullAndWhatIsLarge)
     out.flush();
 }
 
-TEST(BufferedOutputStream, closeDropsWhatIsNotFlushed)
+TEST(BufferedStreams, closeDropsWhatIsNotFlushed)
 {
     const auto inner = makeReference<RecordingStream>();
-    BufferedOutputStream out(inner.get(), 16);
-    out.write("abc", 3);
-    out.close();
+    const auto close = [](auto&& out, auto unit) {
+        out.write(unit);
+        out.close();
+    };
+    close(BufferedOutputStream(inner.get(), 16), static_cast<signed char>('a'));
+    close(OutputStreamWriter(inner.get(), u"UTF-8", 64), u'a');
     EXPECT_EQ(inner->content, "");
+    close(AlphaNumOutputStream(inner.get(), nullptr), static_cast<signed char>(0));
+    EXPECT_EQ(inner->content, "A") << "the symbol that was whole";
+    BitOutputStream bits(inner.get());
+    bits.writeBit(true);
+    bits.close();
+    EXPECT_EQ(inner->content, "A");
 }
-
-TEST(BufferedReader, givesSingleUnitsWithoutSign)
-{
-    BufferedReader in(makeReference<PieceReader>(u"\uFFFF\u8000").get(), 16);
-    EXPECT_EQ(in.read(), 0xFFFF);
-    EXPECT_EQ(in.read(), 0x8000);
-    EXPECT_EQ(in.read(), -1);
-}
-
-struct Lines {
-    std::u16string text;
-    std::vector<std::u16string> lines;
-};
 
 TEST(BufferedReader, givesLinesWhereverTheBufferEnds)
 {
     const std::u16string longer(40, u'x');
-    const Lines rows[] = {
+    struct Row {
+        std::u16string text;
+        std::vector<std::u16string> lines;
+    };
+    const Row rows[] = {
         {u"a\r\nb", {u"a", u"b"}},
         {u"a\rb\n\rc\r\r\n", {u"a", u"b", u"", u"c", u""}},
         {longer + u"\r\n" + longer, {longer, longer}},
@@ -101,7 +107,7 @@ TEST(BufferedReader, givesLinesWhereverTheBufferEnds)
         {u"0123456789abcde\rnext", {u"0123456789abcde", u"next"}},
         {std::u16string(u"\0a\u000B\u2028\n", 5), {std::u16string(u"\0a\u000B\u2028", 4)}},
     };
-    for (const Lines& row : rows) {
+    for (const Row& row : rows) {
         for (const std::size_t piece : {1u, 3u, 100u}) {
             SCOPED_TRACE(orv::test::readable(row.text) + " by " + std::to_string(piece));
             BufferedReader in(makeReference<PieceReader>(row.text, piece).get(), 16);
@@ -116,5 +122,21 @@ TEST(BufferedReader, givesLinesWhereverTheBufferEnds)
     }
 }
 
+struct Growing : ByteArrayOutputStream {
+    using ByteArrayOutputStream::ByteArrayOutputStream;
+    using ByteArrayOutputStream::capacity;
+};
+
+TEST(ByteArrayOutputStream, growsToFiveQuartersOfWhatIsNeeded)
+{
+    const signed char bytes[257] = {};
+    for (const auto& [initial, written, capacity] :
+         {std::array{0, 3, 3}, {0, 4, 5}, {256, 256, 256}, {256, 257, 321}}) {
+        Growing stream(initial);
+        stream.write(bytes, written);
+        EXPECT_EQ(stream.capacity(), capacity) << initial << " then " << written;
+    }
+}
+
 } // namespace
-} // namespace orv::io
+} // namespace orv::io::test

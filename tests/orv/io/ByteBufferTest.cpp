@@ -4,12 +4,10 @@
 #include "orv/Exceptions.h"
 #include "tests/orv/io/Streams.h"
 
-namespace orv::io {
+namespace orv::io::test {
 namespace {
 
 using namespace std::string_view_literals;
-using test::PieceStream;
-using test::RecordingStream;
 
 /// A buffer of its own with these bytes, position 0 and limit behind them.
 Reference<ByteBuffer> bufferOf(std::string_view bytes, ENUM_ORV_ENDIAN order = ORV_ENDIAN_LITTLE)
@@ -172,9 +170,9 @@ TEST(ByteBufferStreams, stayBelowTheLimit)
     const auto buffer = bufferOf("abcd");
     buffer->setLimit(3);
     const auto in = makeReference<ByteBufferInputStream>(buffer.get());
-    EXPECT_EQ(test::readOnce(*in, 0), "");
-    EXPECT_EQ(test::readOnce(*in, 9), "abc");
-    EXPECT_EQ(test::readOnce(*in, 0), "|-1");
+    EXPECT_EQ(readOnce(*in, 0), "");
+    EXPECT_EQ(readOnce(*in, 9), "abc");
+    EXPECT_EQ(readOnce(*in, 0), "|-1");
     buffer->rewind();
     const auto out = makeReference<ByteBufferOutputStream>(buffer.get());
     out->write("ABC", 3);
@@ -185,4 +183,4 @@ TEST(ByteBufferStreams, stayBelowTheLimit)
 }
 
 } // namespace
-} // namespace orv::io
+} // namespace orv::io::test

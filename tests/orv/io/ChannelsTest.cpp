@@ -9,12 +9,8 @@
 
 #include <thread>
 
-namespace orv::io {
+namespace orv::io::test {
 namespace {
-
-using test::codeThrownBy;
-using test::PieceStream;
-using test::RecordingStream;
 
 constexpr std::uint32_t NOT_AVAILABLE = 0x80004007;
 
@@ -101,7 +97,7 @@ TEST(ReadWriteChannel, joinsTwoSidesAndLetsNoExceptionOut)
     const auto reading = makeReference<ReadWriteChannel>(streams.channel.get(), throwing.get());
     Bytes fill("012");
     EXPECT_EQ(reading->read(fill.buffer), 2);
-    EXPECT_EQ(test::thrownBy([&] { reading->write(fill.buffer); }), u"broken");
+    EXPECT_EQ(thrownBy([&] { reading->write(fill.buffer); }), u"broken");
 
     signed char bytes[4] = {};
     std::int32_t n = 4;
@@ -144,4 +140,4 @@ TEST(LockingChannel, locksOnlyByItsBrackets)
 }
 
 } // namespace
-} // namespace orv::io
+} // namespace orv::io::test

@@ -1,19 +1,21 @@
 #include "orv/io/FileInputStream.h"
 #include "orv/io/FileOutputStream.h"
+#include "orv/io/MaskedConsoleInputStream.h"
+#include "orv/io/StdioStreams.h"
 
 #include "orv/Exceptions.h"
 #include "orv/util/FilePath.h"
 #include "tests/orv/io/Streams.h"
+#include "tests/support/Processes.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <filesystem>
+#include <fcntl.h>
+#include <unistd.h>
 
-namespace orv::io {
+namespace orv::io::test {
 namespace {
 
 using orv::test::TemporaryFolder;
-using test::codeThrownBy;
-using test::readOnce;
 
 constexpr std::uint64_t none = ~std::uint64_t{0};
 
@@ -84,7 +86,6 @@ TEST(FileOutputStream, movesBetweenOpenAndClosed)
 {
     const TemporaryFolder folder;
     FileOutputStream out(folder.file(u"out.txt"), FileOutputStream::TRUNC);
-    EXPECT_EQ(out.is_open(), 1);
     out.write("abc", 3);
     EXPECT_EQ(out.getSize(), 3);
     out.close();
@@ -105,7 +106,6 @@ TEST(FileOutputStream, keptClosedOpensForEachOperation)
     const TemporaryFolder folder;
     const std::uint32_t mode = FileOutputStream::KEEPCLOSED | FileOutputStream::ATEND;
     FileOutputStream out(folder.file(u"out.txt"), mode | FileOutputStream::TRUNC);
-    EXPECT_EQ(out.is_open(), 0);
     out.write("one", 3);
     EXPECT_EQ(out.is_open(), 0);
     std::filesystem::rename(folder.path() / "out.txt", folder.path() / "old.txt");
@@ -122,18 +122,89 @@ TEST(FileOutputStream, keptClosedOpensForEachOperation)
 
 TEST(FileOutputStream, tellsOfAFullDisk)
 {
-    FileOutputStream out(u"/dev/full", 0u);
-    EXPECT_EQ(codeThrownBy([&] { out.write("x", 1); }), 0x80070070u);
-    EXPECT_NO_THROW(out.flush());
+    using Out = FileOutputStream;
+    for (const std::uint32_t mode : {0u, Out::LOCK | Out::APPEND, 0u | Out::KEEPCLOSED}) {
+        FileOutputStream out(u"/dev/full", mode);
+        EXPECT_EQ(codeThrownBy([&] { out.write("x", 1); }), 0x80070070u) << mode;
+        EXPECT_EQ(out.is_open(), 1) << "a failed write leaves the file open";
+        EXPECT_EQ(codeThrownBy([&] { out.write("x", 1); }), 0x80070070u) << "the lock is free";
+        EXPECT_NO_THROW(out.flush());
+    }
+}
 
-    FileOutputStream locked(u"/dev/full", FileOutputStream::LOCK | FileOutputStream::APPEND);
-    EXPECT_EQ(codeThrownBy([&] { locked.write("x", 1); }), 0x80070070u);
-    EXPECT_EQ(codeThrownBy([&] { locked.write("x", 1); }), 0x80070070u) << "the lock is free";
+// Runs `body` in a child whose standard stream `number` is the file, and gives what it returns.
+template <class Body>
+int runWith(int number, const std::filesystem::path& file, int flags, Body body)
+{
+    orv::test::ForkedChild child([&] {
+        const int descriptor = ::open(file.c_str(), flags);
+        if (descriptor < 0 || ::dup2(descriptor, number) < 0) return 99;
+        return body();
+    });
+    return child.exitCode();
+}
 
-    FileOutputStream closed(u"/dev/full", FileOutputStream::KEEPCLOSED);
-    EXPECT_EQ(codeThrownBy([&] { closed.write("x", 1); }), 0x80070070u);
-    EXPECT_EQ(closed.is_open(), 1) << "a failed write leaves the file open";
+// Joins what `read` gives until the end by "|".
+template <class Read>
+std::string pieces(Read read)
+{
+    std::string all;
+    for (std::string piece; (piece = read()) != "|-1"; all += piece + "|") {
+    }
+    return all;
+}
+
+TEST(StdioInputStream, readsLinesUpToAZeroByte)
+{
+    const TemporaryFolder folder;
+    folder.write("in", std::string("one\nlong line\nze\0ro\n\nx", 22));
+    const int failure = runWith(STDIN_FILENO, folder.path() / "in", O_RDONLY, [] {
+        StdioInputStream in;
+        if (readOnce(in, 1) != "|-1" || !readOnce(in, 0).empty()) return 1;
+        if (in.read() != 'o') return 2;
+        if (pieces([&] { return readOnce(in, 6); }) != "ne\n|long |line\n|ze|\n|\n|x|") return 3;
+        return in.read() == -1 ? 0 : 4;
+    });
+    EXPECT_EQ(failure, 0);
+}
+
+TEST(StdioStreams, tellOfFailures)
+{
+    const int failure = runWith(STDOUT_FILENO, "/dev/full", O_WRONLY, [] {
+        StdioOutputStream out;
+        if (thrownBy([&] { out.write("abc", 3); }) != u"stream write error") return 1;
+        out.write(static_cast<signed char>('x'));
+        return thrownBy([&] { out.flush(); }) == u"stream flush error" ? 0 : 2;
+    });
+    EXPECT_EQ(failure, 0);
+}
+
+TEST(MaskedConsoleInputStream, takesKeysAsTheyMean)
+{
+    struct Row {
+        std::string keys, read;
+        std::int32_t n;
+    };
+    for (const Row& row : {Row{"secret\rnext", "secret\n", 20},
+                           {"\b\bab\bc\r", "ac\n", 20},
+                           {"abcdef", "abc", 3},
+                           {"ab\x1Axy", "ab", 20},
+                           {"ab\x03xy", "abort", 20},
+                           {"", "|-1", 20},
+                           {"x", "", 0}}) {
+        const TemporaryFolder folder;
+        folder.write("keys", row.keys);
+        const int failure = runWith(STDIN_FILENO, folder.path() / "keys", O_RDONLY, [&] {
+            MaskedConsoleInputStream in;
+            try {
+                return readOnce(in, row.n) == row.read ? 0 : 1;
+            } catch (const UserAbortException&) {
+                return row.read == "abort" ? 0 : 2;
+            }
+        });
+        EXPECT_EQ(failure, 0) << row.keys;
+    }
 }
 
 } // namespace
-} // namespace orv::io
+} // namespace orv::io::test
