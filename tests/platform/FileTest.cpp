@@ -1,23 +1,22 @@
 #include "platform/files.h"
 
-#include "tests/platform/ScopedVariable.h"
+#include "tests/support/SignalStorm.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cerrno>
-#include <csignal>
-#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <thread>
 
 #include <fcntl.h>
 #include <pthread.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
+
+using orv::test::SignalStorm;
 
 constexpr std::uint32_t forReading = 0x80000000;
 constexpr std::uint32_t forWriting = 0x40000000;
@@ -49,18 +48,10 @@ std::string read(ORVHandle file)
 
 class Files : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "orvcoreXXXXXX").string();
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        m_folder = name;
-    }
-    void TearDown() override { std::filesystem::remove_all(m_folder); }
-
     // The path of a file in the test's folder, with backslashes.
     std::u16string path(const std::u16string& name) const
     {
-        std::u16string whole = m_folder.u16string() + u"/" + name;
+        std::u16string whole = m_folder.path().u16string() + u"/" + name;
         for (char16_t& unit : whole) {
             if (unit == u'/') unit = u'\\';
         }
@@ -83,7 +74,7 @@ protected:
         EXPECT_EQ(ORVFileClose(file), S_OK);
     }
 
-    std::filesystem::path m_folder;
+    orv::test::TemporaryFolder m_folder;
 };
 
 TEST_F(Files, pathsThatCannotBeOpenedFailWithTheirReason)
@@ -122,8 +113,8 @@ TEST_F(Files, pathsThatCannotBeOpenedFailWithTheirReason)
 TEST_F(Files, drivesAndSlashesLeadToOneFile)
 {
     put(u"a\u00E9\U0001F600", forWriting | create, "found");
-    EXPECT_TRUE(std::filesystem::exists(m_folder / u"a\u00E9\U0001F600"));
-    const std::u16string plain = m_folder.u16string() + u"/a\u00E9\U0001F600";
+    EXPECT_TRUE(std::filesystem::exists(m_folder.path() / u"a\u00E9\U0001F600"));
+    const std::u16string plain = m_folder.path().u16string() + u"/a\u00E9\U0001F600";
     for (const std::u16string& form : {plain, u"C:" + plain, u"c:" + path(u"a\u00E9\U0001F600")}) {
         const ORVHandle file = open(form, forReading);
         EXPECT_EQ(read(file), "found");
@@ -190,49 +181,6 @@ TEST(Pipes, aWriterWithoutReaderGetsAResultAndNoSignal)
     EXPECT_EQ(ORVFileClose(pipe.output), S_OK);
 }
 
-std::atomic<int> s_interruptions{0};
-
-void countInterruption(int)
-{
-    s_interruptions.fetch_add(1);
-}
-
-// Interrupts the thread that made it, without a pause, until it dies.
-class SignalStorm {
-public:
-    SignalStorm()
-    {
-        struct sigaction action {};
-        action.sa_handler = countInterruption;
-        sigaction(SIGUSR1, &action, &m_before);
-        m_thread = std::thread([this, target = pthread_self()] {
-            while (!m_over.load()) {
-                pthread_kill(target, SIGUSR1);
-                std::this_thread::yield();
-            }
-        });
-    }
-    ~SignalStorm()
-    {
-        m_over.store(true);
-        m_thread.join();
-        sigaction(SIGUSR1, &m_before, nullptr);
-    }
-    SignalStorm(const SignalStorm&) = delete;
-    SignalStorm& operator=(const SignalStorm&) = delete;
-
-private:
-    struct sigaction m_before {};
-    std::atomic<bool> m_over{false};
-    std::thread m_thread;
-};
-
-void awaitInterruptions(int count)
-{
-    const int target = s_interruptions.load() + count;
-    while (s_interruptions.load() < target) std::this_thread::yield();
-}
-
 TEST(Pipes, loseNothingInAStormOfSignals)
 {
     for (const int mode : {0, O_NONBLOCK}) {
@@ -246,7 +194,7 @@ TEST(Pipes, loseNothingInAStormOfSignals)
 
         std::string received;
         std::thread reader([&] {
-            awaitInterruptions(20); // the writer is waiting at the full pipe by then
+            SignalStorm::awaitInterruptions(20); // the writer is waiting at the full pipe by then
             received = read(pipe.input);
         });
         std::int32_t written = 0;

@@ -2,6 +2,7 @@
 #include "platform/threads.h"
 
 #include "tests/support/Processes.h"
+#include "tests/support/SignalStorm.h"
 
 #include <gtest/gtest.h>
 
@@ -10,9 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include <csignal>
 #include <linux/seccomp.h>
-#include <pthread.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 
@@ -23,69 +22,34 @@ using orv::test::awaitTrue;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-constexpr ORVResult busy = ORVMakeResult(0x800700AAu);
 constexpr ORVResult timedOut = ORVMakeResult(0x800705B4u);
 constexpr std::uint32_t longTime = 30'000;
 
-/// An object of orvcore for the length of a test.
-template <class Create, class Destroy>
-class Owned {
-public:
-    Owned(Create create, Destroy destroy) : m_destroy(destroy)
+/// An object of each kind.
+struct Objects {
+    Objects()
     {
-        EXPECT_EQ(create(&m_handle), S_OK);
+        EXPECT_EQ(ORVMutexCreate("test", 0, &mutex), S_OK);
+        EXPECT_EQ(ORVEventCreate(nullptr, 0, &event), S_OK);
+        EXPECT_EQ(ORVGateCreate(nullptr, 0, &gate), S_OK);
+        EXPECT_EQ(ORVSemaphoreCreate(0, nullptr, 0, &semaphore), S_OK);
+        EXPECT_EQ(ORVRWLockCreate(nullptr, 0, &lock), S_OK);
+        EXPECT_EQ(ORVConditionCreate(nullptr, 0, &condition), S_OK);
     }
-    ~Owned() { EXPECT_EQ(m_destroy(m_handle), S_OK); }
-    Owned(const Owned&) = delete;
-    Owned& operator=(const Owned&) = delete;
+    ~Objects()
+    {
+        EXPECT_EQ(ORVMutexDestroy(mutex), S_OK);
+        EXPECT_EQ(ORVEventDestroy(event), S_OK);
+        EXPECT_EQ(ORVGateDestroy(gate), S_OK);
+        EXPECT_EQ(ORVSemaphoreDestroy(semaphore), S_OK);
+        EXPECT_EQ(ORVRWLockDestroy(lock), S_OK);
+        EXPECT_EQ(ORVConditionDestroy(condition), S_OK);
+    }
+    Objects(const Objects&) = delete;
+    Objects& operator=(const Objects&) = delete;
 
-    operator ORVHandle() const { return m_handle; }
-
-private:
-    ORVHandle m_handle = 0;
-    Destroy m_destroy;
+    ORVHandle mutex, event, gate, semaphore, lock, condition;
 };
-
-auto makeMutex()
-{
-    return Owned([](ORVHandle* out) { return ORVMutexCreate("test", 0, out); }, ORVMutexDestroy);
-}
-auto makeEvent()
-{
-    return Owned([](ORVHandle* out) { return ORVEventCreate(nullptr, 0, out); }, ORVEventDestroy);
-}
-auto makeGate()
-{
-    return Owned([](ORVHandle* out) { return ORVGateCreate(nullptr, 0, out); }, ORVGateDestroy);
-}
-auto makeSemaphore(std::uint32_t count)
-{
-    return Owned([=](ORVHandle* out) { return ORVSemaphoreCreate(count, nullptr, 0, out); },
-                 ORVSemaphoreDestroy);
-}
-auto makeLock()
-{
-    return Owned([](ORVHandle* out) { return ORVRWLockCreate(nullptr, 0, out); }, ORVRWLockDestroy);
-}
-auto makeCondition()
-{
-    return Owned([](ORVHandle* out) { return ORVConditionCreate(nullptr, 0, out); },
-                 ORVConditionDestroy);
-}
-
-/// Threads that all run `body`, which gets their number.
-template <class Body>
-std::vector<std::thread> startThreads(int count, Body body)
-{
-    std::vector<std::thread> threads;
-    for (int i = 0; i < count; ++i) threads.emplace_back(body, i);
-    return threads;
-}
-
-void joinAll(std::vector<std::thread>& threads)
-{
-    for (std::thread& thread : threads) thread.join();
-}
 
 /// A thread that waits by `wait` and tells when it has gone to sleep, and what came of it.
 class Waiter {
@@ -102,7 +66,6 @@ public:
     {
         return awaitTrue([this] { return m_id != 0; }) && awaitSleepOf(m_id);
     }
-    pthread_t native() { return m_thread.native_handle(); }
     ORVResult result()
     {
         m_thread.join();
@@ -117,75 +80,57 @@ private:
 
 TEST(Mutex, excludesUnderContention)
 {
-    const auto mutex = makeMutex();
+    const Objects objects;
     int plain = 0;
-    auto threads = startThreads(4, [&](int) {
-        for (int i = 0; i < 20'000; ++i) {
-            ORVMutexAcquire(mutex);
-            ++plain;
-            ORVMutexRelease(mutex);
-        }
-    });
-    joinAll(threads);
+    std::vector<std::thread> threads;
+    for (int id = 0; id < 4; ++id) {
+        threads.emplace_back([&] {
+            for (int i = 0; i < 20'000; ++i) {
+                ORVMutexAcquire(objects.mutex);
+                ++plain;
+                ORVMutexRelease(objects.mutex);
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(plain, 80'000);
 }
 
 TEST(TimedWaits, lastAsLongAsToldThroughInterruptions)
 {
-    struct sigaction action {};
-    action.sa_handler = [](int) {};
-    struct sigaction before {};
-    ::sigaction(SIGUSR1, &action, &before);
-
-    const auto event = makeEvent();
-    const auto gate = makeGate();
-    const auto condition = makeCondition();
+    const Objects objects;
     constexpr std::uint32_t time = 60;
-    const auto waitAtCondition = [&] {
-        ORVConditionAcquire(condition);
-        const ORVResult result = ORVConditionTimedWait(condition, time);
-        const ORVResult released = ORVConditionRelease(condition);
-        return released < 0 ? released : result;
-    };
-    const auto check = [&](const char* what, auto wait) {
+    const auto check = [=](const char* what, auto wait, ORVHandle handle) {
+        const orv::test::SignalStorm storm;
         const auto start = steady_clock::now();
-        std::atomic<bool> done{false};
-        Waiter waiter([&] {
-            const ORVResult result = wait();
-            done = true;
-            return result;
-        });
-        while (!done) {
-            ::pthread_kill(waiter.native(), SIGUSR1);
-            std::this_thread::yield();
-        }
-        EXPECT_EQ(waiter.result(), timedOut) << what;
+        EXPECT_EQ(wait(handle, time), timedOut) << what;
         EXPECT_GE(steady_clock::now() - start, milliseconds(time)) << what;
     };
-    check("event", [&] { return ORVEventTimedWait(event, time); });
-    check("gate", [&] { return ORVGateTimedWait(gate, time); });
-    check("condition", waitAtCondition);
-    ::sigaction(SIGUSR1, &before, nullptr);
+    check("event", ORVEventTimedWait, objects.event);
+    check("gate", ORVGateTimedWait, objects.gate);
+    ORVConditionAcquire(objects.condition);
+    check("condition", ORVConditionTimedWait, objects.condition);
+    EXPECT_EQ(ORVConditionRelease(objects.condition), S_OK);
 }
 
 TEST(Gate, anOpeningLetsAllSleepersPassThoughItClosesAtOnce)
 {
-    const auto gate = makeGate();
+    const Objects objects;
+    const auto wait = [&] { return ORVGateTimedWait(objects.gate, longTime); };
     for (int round = 0; round < 3; ++round) {
-        Waiter first([&] { return ORVGateTimedWait(gate, longTime); });
-        Waiter second([&] { return ORVGateTimedWait(gate, longTime); });
+        Waiter first(wait), second(wait);
         EXPECT_TRUE(first.sleeps() && second.sleeps());
-        ORVGateOpen(gate);
-        ORVGateClose(gate);
+        ORVGateOpen(objects.gate);
+        ORVGateClose(objects.gate);
         EXPECT_EQ(first.result(), S_OK);
         EXPECT_EQ(second.result(), S_OK);
     }
 }
 
 /// Uses every object without contention; to be run where a system call is deadly.
-void useObjects(const ORVHandle (&objects)[6])
+void use(const Objects& objects)
 {
-    const auto [mutex, event, gate, semaphore, lock, condition] = objects;
+    const auto& [mutex, event, gate, semaphore, lock, condition] = objects;
     for (int i = 0; i < 3; ++i) {
         ORVMutexAcquire(mutex);
         ORVMutexTryAcquire(mutex);
@@ -211,20 +156,14 @@ void useObjects(const ORVHandle (&objects)[6])
 
 TEST(Locks, makeNoSystemCallWithoutContention)
 {
-    const auto mutex = makeMutex();
-    const auto event = makeEvent();
-    const auto gate = makeGate();
-    const auto semaphore = makeSemaphore(0);
-    const auto lock = makeLock();
-    const auto condition = makeCondition();
-    const ORVHandle objects[] = {mutex, event, gate, semaphore, lock, condition};
-    useObjects(objects); // binds the symbols
+    const Objects objects;
+    use(objects); // binds the symbols
 
     const orv::test::SharedPage<std::atomic<bool>> done;
     const orv::test::ForkedChild child([&] {
         // From here on the kernel kills for any call but read, write and exit.
         if (::prctl(PR_SET_SECCOMP, SECCOMP_MODE_STRICT) != 0) return 1;
-        useObjects(objects);
+        use(objects);
         *done = true;
         ::syscall(SYS_exit, 0);
         return 2;

@@ -1,4 +1,3 @@
-#include "platform/files.h"
 #include "platform/orvcore.h"
 
 #include "tests/support/Processes.h"
@@ -31,12 +30,11 @@ public:
         : m_opened(ORVNamedSemOpen(name.c_str(), count, &m_handle))
     {
     }
-    ~NamedSemaphore() { close(); }
+    ~NamedSemaphore() { EXPECT_EQ(ORVNamedSemClose(m_handle), S_OK); }
     NamedSemaphore(const NamedSemaphore&) = delete;
     NamedSemaphore& operator=(const NamedSemaphore&) = delete;
 
     ORVResult opened() const { return m_opened; }
-    ORVHandle handle() const { return m_handle; }
     ORVResult wait() const { return ORVSemaphoreWait(m_handle); }
     ORVResult tryWait() const { return ORVSemaphoreTryWait(m_handle); }
     ORVResult post() const { return ORVSemaphorePost(m_handle); }
@@ -45,13 +43,6 @@ public:
         std::int32_t value = -1;
         EXPECT_EQ(ORVSemaphoreGetValue(m_handle, &value), S_OK);
         return value;
-    }
-    void close()
-    {
-        if (m_handle != ORV_NO_HANDLE) {
-            EXPECT_EQ(ORVNamedSemClose(m_handle), S_OK);
-        }
-        m_handle = ORV_NO_HANDLE;
     }
 
 private:
@@ -88,14 +79,9 @@ private:
 
 TEST(NamedSemaphore, takesAnyTextAsItsNameAndLeavesNothing)
 {
-    const std::string endings[] = {"/a/../b",
-                                   "\\back\\slash",
-                                   "\xFF\xFE\x01",
-                                   " ",
-                                   "%s\n",
-                                   std::string(5000, 'n'),
-                                   std::string(4999, 'n') + "m"};
-    for (const std::string& ending : endings) {
+    for (const std::string& ending :
+         {std::string("/a/../b"), std::string("\\back\\slash"), std::string("\xFF\xFE\x01 %s\n"),
+          std::string(5000, 'n'), std::string(4999, 'n') + "m"}) {
         const std::string name = uniqueName(ending);
         {
             const NamedSemaphore semaphore(name, 1);
@@ -123,12 +109,8 @@ TEST(NamedSemaphore, processesExcludeEachOther)
         }
         return 0;
     };
-    ForkedChild first(work);
-    ForkedChild second(work);
-    ForkedChild third(work);
-    EXPECT_EQ(first.exitCode(), 0);
-    EXPECT_EQ(second.exitCode(), 0);
-    EXPECT_EQ(third.exitCode(), 0);
+    ForkedChild first(work), second(work), third(work);
+    for (ForkedChild* child : {&first, &second, &third}) EXPECT_EQ(child->exitCode(), 0);
     EXPECT_EQ(shared->plain, 3 * each);
     EXPECT_EQ(filesOf(name), 0);
 }
@@ -217,30 +199,6 @@ TEST(NamedSemaphore, survivesKillsAtAnyMoment)
     survivor.kill();
     EXPECT_LT(longest, std::chrono::seconds(1));
     EXPECT_EQ(semaphore.value(), 2);
-}
-
-TEST(NamedSemaphore, keepsTheNoteOfADeadHolder)
-{
-    const std::string name = uniqueName();
-    const NamedSemaphore semaphore(name, 1);
-    EXPECT_EQ(orvcore::recallFileSize(semaphore.handle()), -1);
-    {
-        const SharedPage<Progress> shared;
-        ForkedChild child([&] {
-            const NamedSemaphore own(name, 1);
-            own.wait();
-            orvcore::noteFileSize(own.handle(), 12'345'678'901);
-            shared->step = 1;
-            for (;;) ::pause();
-            return 0;
-        });
-        EXPECT_TRUE(awaitTrue([&] { return shared->step == 1; }));
-    }
-    EXPECT_EQ(semaphore.wait(), throughDeath);
-    EXPECT_EQ(orvcore::recallFileSize(semaphore.handle()), 12'345'678'901);
-    orvcore::noteFileSize(semaphore.handle(), -1);
-    EXPECT_EQ(orvcore::recallFileSize(semaphore.handle()), -1);
-    EXPECT_EQ(semaphore.post(), S_OK);
 }
 
 } // namespace

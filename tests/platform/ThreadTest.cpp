@@ -5,9 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <stdexcept>
-
 #include <csignal>
 #include <pthread.h>
 #include <unistd.h>
@@ -99,31 +96,6 @@ TEST(Thread, getsAStackThatItCanWorkOn)
     EXPECT_GE(sizeFor(1), 32u * 1024);
     EXPECT_GE(sizeFor(3'000'001), 3'000'001u);
     EXPECT_GE(sizeFor(0), 1'000'000u) << "no particular size";
-}
-
-TEST(Thread, anExceptionEndsItAndNothingElse)
-{
-    EXPECT_EQ(join(start([](void*) -> void* { throw std::runtime_error("lost"); })), nullptr);
-}
-
-TEST(Thread, runsOnWhenDetached)
-{
-    // Static, as the thread may still be within its last operation when the test has ended.
-    static struct Meeting {
-        ORVHandle go;
-        ORVHandle done;
-    } s_meeting;
-    ORVEventCreate(nullptr, 0, &s_meeting.go);
-    ORVEventCreate(nullptr, 0, &s_meeting.done);
-    const auto entry = [](void* argument) -> void* {
-        const auto* const place = static_cast<const Meeting*>(argument);
-        ORVEventWait(place->go);
-        ORVEventSignal(place->done);
-        return nullptr;
-    };
-    EXPECT_EQ(ORVThreadDetach(start(entry, &s_meeting)), S_OK);
-    ORVEventSignal(s_meeting.go);
-    EXPECT_EQ(ORVEventTimedWait(s_meeting.done, 30'000), S_OK);
 }
 
 } // namespace

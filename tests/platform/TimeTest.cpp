@@ -1,6 +1,7 @@
 #include "platform/moment.h"
 
 #include "tests/platform/ScopedVariable.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +9,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <filesystem>
 #include <string>
 #include <thread>
 
@@ -41,13 +41,8 @@ TEST(Time, breaksPosixSecondsDownInUtc)
 
 std::int64_t secondsOf(const STRUCT_ORV_TIME& time)
 {
-    std::tm broken{};
-    broken.tm_year = time.year - 1900;
-    broken.tm_mon = time.month - 1;
-    broken.tm_mday = time.day;
-    broken.tm_hour = time.hour;
-    broken.tm_min = time.minute;
-    broken.tm_sec = time.second;
+    std::tm broken{time.second, time.minute, time.hour, time.day, time.month - 1, time.year - 1900,
+                   0,           0,           0,         0,        nullptr};
     return timegm(&broken);
 }
 
@@ -90,15 +85,11 @@ TEST(MomentText, followsTheLocale)
     EXPECT_EQ(textOf(NOVEMBER, true), u"Saturday, 14 November 2026 08:22:28");
     EXPECT_EQ(textOf(MARCH, true), u"Thursday,  5 March 2026 18:00:09");
 
-    char folder[] = "/tmp/orvcl-locale-XXXXXX";
-    ASSERT_NE(mkdtemp(folder), nullptr);
-    const std::string make = "localedef -c -i de_DE -f ISO-8859-1 " + std::string(folder) +
+    const orv::test::TemporaryFolder folder;
+    const std::string make = "localedef -c -i de_DE -f ISO-8859-1 " + folder.path().string() +
                              "/de_DE.ISO-8859-1 2>/dev/null";
-    const ScopedVariable path("LOCPATH", folder);
-    const bool isMade = std::system(make.c_str()) >= 0;
-    const bool isThere = isMade && std::setlocale(LC_TIME, "de_DE.ISO-8859-1") != nullptr;
-    std::filesystem::remove_all(folder);
-    if (!isThere) {
+    const ScopedVariable path("LOCPATH", folder.path().c_str());
+    if (std::system(make.c_str()) < 0 || !std::setlocale(LC_TIME, "de_DE.ISO-8859-1")) {
         GTEST_SKIP() << "no localedef, or no source of de_DE";
     }
     EXPECT_EQ(textOf(MARCH, true), u"Donnerstag,  5 M\u00E4rz 2026 18:00:09");

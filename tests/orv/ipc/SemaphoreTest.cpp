@@ -92,7 +92,7 @@ TEST(SemaphoreR, tellsAHoldThatCameFromADeathAndItsNote)
         ForkedChild child([&] {
             SemaphoreR own(name.c_str(), 1);
             own.wait();
-            own.noteFileSize(4'096);
+            own.noteFileSize(12'345'678'901);
             *step = 1;
             for (;;) ::pause();
             return 0;
@@ -103,7 +103,7 @@ TEST(SemaphoreR, tellsAHoldThatCameFromADeathAndItsNote)
     semaphore.wait();
     semaphore.wait();
     EXPECT_TRUE(semaphore.isAfterDeath());
-    EXPECT_EQ(semaphore.recallFileSize(), 4'096);
+    EXPECT_EQ(semaphore.recallFileSize(), 12'345'678'901);
     semaphore.noteFileSize(-1);
     semaphore.signal();
     semaphore.signal();

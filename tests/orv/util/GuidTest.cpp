@@ -17,14 +17,21 @@ TEST(Guid, readsWhatItPrints)
     EXPECT_EQ(guid.toString(), u"{72038029-FA65-4255-A916-1C5680ACFEBF}");
     EXPECT_TRUE(Guid(u"{72038029-fa65-4255-a916-1c5680acfebf}") == IORVComparable::IID);
     EXPECT_EQ(Guid().toString(), u"{00000000-0000-0000-0000-000000000000}");
-    for (const char16_t* bad : {u"", u"{72038029-FA65-4255-A916-1C5680ACFEBF", u"{72038029}",
-                                u"{72038029-FA65-4255-A916-1C5680ACFEBG}"}) {
+    const auto expectRefusal = [](const std::u16string& bad) {
         try {
-            Guid made(bad);
+            static_cast<void>(Guid(bad.c_str()));
             ADD_FAILURE() << test::readable(bad);
         } catch (const Exception& exception) {
             EXPECT_EQ(exception.getDescription(), u"invalid GUID string");
         }
+    };
+    const std::u16string whole = u"{72038029-FA65-4255-A916-1C5680ACFEBF}";
+    expectRefusal(whole + u" ");
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        std::u16string damaged = whole;
+        damaged[i] = u'g';
+        expectRefusal(damaged);
+        expectRefusal(damaged.substr(0, i));
     }
 }
 
