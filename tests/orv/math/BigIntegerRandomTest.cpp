@@ -85,43 +85,41 @@ PlainNumber plain(const BigInteger& number)
     return {number.isNegative(), {bytes, bytes + number.getSize()}};
 }
 
-void expectSumsAndOrder(const PlainNumber& a, const PlainNumber& b)
+/// `operation` does the same to numbers of both kinds.
+template <class Operation>
+void expectAlike(const PlainNumber& a, const PlainNumber& b, Operation operation)
 {
     PlainNumber expected = a;
     BigInteger actual = made(a);
-    expected.add(b);
-    actual.add(made(b));
-    EXPECT_EQ(plain(actual), expected) << a << " + " << b;
+    operation(expected, b);
+    operation(actual, made(b));
+    EXPECT_EQ(plain(actual), expected) << a << " and " << b;
+}
 
-    expected = a;
-    actual = made(a);
-    expected.subtract(b);
-    actual.subtract(made(b));
-    EXPECT_EQ(plain(actual), expected) << a << " - " << b;
-
+void expectSumsAndOrder(const PlainNumber& a, const PlainNumber& b)
+{
+    expectAlike(a, b, [](auto& x, const auto& y) { x.add(y); });
+    expectAlike(a, b, [](auto& x, const auto& y) { x.subtract(y); });
     EXPECT_EQ(made(a).compareTo(made(b)), a.compareTo(b)) << a << " and " << b;
     EXPECT_EQ(made(a).getBitCount(), a.bitCount()) << a;
 }
 
 void expectProduct(const PlainNumber& a, const PlainNumber& b)
 {
-    PlainNumber expected = a;
-    BigInteger actual = made(a);
-    expected.multiply(b);
-    actual.multiply(made(b));
-    EXPECT_EQ(plain(actual), expected) << a << " * " << b;
+    expectAlike(a, b, [](auto& x, const auto& y) { x.multiply(y); });
 }
 
 void expectQuotient(const PlainNumber& a, const PlainNumber& b)
 {
-    PlainNumber expected = a;
-    PlainNumber expectedRest;
-    BigInteger actual = made(a);
-    BigInteger rest;
-    expected.divide(b, expectedRest);
-    actual.divide(made(b), rest);
-    EXPECT_EQ(plain(actual), expected) << a << " / " << b;
-    EXPECT_EQ(plain(rest), expectedRest) << a << " rest by " << b;
+    expectAlike(a, b, [](auto& x, const auto& y) {
+        std::decay_t<decltype(x)> left;
+        x.divide(y, left);
+    });
+    expectAlike(a, b, [](auto& x, const auto& y) {
+        std::decay_t<decltype(x)> left;
+        x.divide(y, left);
+        x = left;
+    });
 }
 
 bool isZero(const PlainNumber& number)
