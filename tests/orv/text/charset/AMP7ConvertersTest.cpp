@@ -1,23 +1,18 @@
 #include "orv/text/charset/AMP7Converters.h"
 
-#include "orv/text/charset/CharsetExceptions.h"
-
-#include "tests/support/Text.h"
-
-#include <gtest/gtest.h>
+#include "tests/orv/text/charset/Converting.h"
 
 namespace orv::text::charset {
 namespace {
 
-struct Row {
-    std::string_view bytes;
-    std::u16string_view units;
-    std::int32_t consumed = -1; ///< -1: all
-};
-
 TEST(BTCAMP7, readsItsForms)
 {
     using namespace std::string_view_literals;
+    struct Row {
+        std::string_view bytes;
+        std::u16string_view units;
+        std::int32_t consumed = static_cast<std::int32_t>(bytes.size());
+    };
     for (const Row& row : {
              Row{"a&AMP;b", u"a&b"},
              {"&APOS;&QUOT;", u"'\""},
@@ -40,43 +35,36 @@ TEST(BTCAMP7, readsItsForms)
              {"ab&_12345", u"ab", 2},
          }) {
         BTCAMP7 decoder;
-        char16_t out[32];
-        std::int32_t from = 0, to = 0;
-        const auto size = static_cast<std::int32_t>(row.bytes.size());
-        decoder.convert(reinterpret_cast<const signed char*>(row.bytes.data()), &from, size, out,
-                        &to, 32);
-        EXPECT_EQ(std::u16string_view(out, static_cast<std::size_t>(to)), row.units) << row.bytes;
-        EXPECT_EQ(from, row.consumed == -1 ? size : row.consumed) << row.bytes;
-        EXPECT_EQ(decoder.flush(out, &to, 32), 0);
+        std::int32_t from = 0;
+        EXPECT_EQ(decoded(decoder, row.bytes, from), row.units) << row.bytes;
+        EXPECT_EQ(from, row.consumed) << row.bytes;
     }
 }
 
 TEST(BTCAMP7, refusesSurrogatesAndWithoutSubstitutionAllThatIsMalformed)
 {
     BTCAMP7 decoder;
-    char16_t out[8];
-    std::int32_t from = 1, to = 0;
-    const signed char surrogate[] = {'x', 'y', '&', '_', 'D', '8', '0', '0', ';'};
+    std::int32_t from = 1;
     try {
-        decoder.convert(surrogate, &from, 9, out, &to, 8);
+        decoded(decoder, "xy&_D800;", from);
         FAIL();
     } catch (const InvalidCharacterException& exception) {
         EXPECT_EQ(exception.getDescription(),
                   u"Invalid AMP-7 sequence (decoded chars in surrogate range)");
     }
     EXPECT_EQ(from, 2);
-    EXPECT_EQ(to, 1);
-
     decoder.setSubstitutionMode(false);
-    const signed char malformed[] = {'&', 'a'};
-    from = to = 0;
-    EXPECT_THROW(decoder.convert(malformed, &from, 2, out, &to, 8), UnmappableCharacterException);
+    EXPECT_THROW(decoded(decoder, "&a", from = 0), UnmappableCharacterException);
     EXPECT_EQ(from, 0);
-    EXPECT_EQ(to, 0);
 }
 
 TEST(CTBAMP7, writesItsForms)
 {
+    struct Row {
+        std::string_view bytes;
+        std::u16string_view units;
+        std::int32_t consumed = static_cast<std::int32_t>(units.size());
+    };
     for (const Row& row : {
              Row{"&AMP;\"'", u"&\"'"},
              {"&_E9;", u"\u00E9"},
@@ -87,14 +75,9 @@ TEST(CTBAMP7, writesItsForms)
              {"a", u"a\xD800", 1},
          }) {
         CTBAMP7 encoder;
-        signed char out[32];
-        std::int32_t from = 0, to = 0;
-        const auto size = static_cast<std::int32_t>(row.units.size());
-        encoder.convert(row.units.data(), &from, size, out, &to, 32);
-        EXPECT_EQ(std::string_view(reinterpret_cast<char*>(out), static_cast<std::size_t>(to)),
-                  row.bytes);
-        EXPECT_EQ(from, row.consumed == -1 ? size : row.consumed) << row.bytes;
-        EXPECT_EQ(encoder.flush(out, &to, 32), 0);
+        std::int32_t from = 0;
+        EXPECT_EQ(encoded(encoder, row.units, from), row.bytes);
+        EXPECT_EQ(from, row.consumed) << row.bytes;
     }
 }
 

@@ -2,13 +2,7 @@
 
 #include "orv/Exception.h"
 #include "orv/Object.h"
-#include "orv/text/charset/CharsetExceptions.h"
-
-#include "tests/support/Text.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
+#include "tests/orv/text/charset/Converting.h"
 
 namespace orv::text::charset {
 namespace {
@@ -71,28 +65,13 @@ class ComConverters : public testing::Test {
 protected:
     ~ComConverters() noexcept override = default;
 
-    std::u16string decode(const std::string& bytes, std::int32_t room = 16)
+    std::u16string decode(std::string_view bytes, std::int32_t room = 16)
     {
-        from = to = 0;
-        return finished([&](char16_t* out) {
-            decoder.convert(reinterpret_cast<const signed char*>(bytes.data()), &from,
-                            static_cast<std::int32_t>(bytes.size()), out, &to, room);
-        });
+        return decoded(decoder, bytes, from = 0, room);
     }
-    std::string encode(const std::u16string& units, std::int32_t room = 16)
+    std::string encode(std::u16string_view units, std::int32_t room = 16)
     {
-        from = to = 0;
-        signed char out[16];
-        encoder.convert(units.data(), &from, static_cast<std::int32_t>(units.size()), out, &to,
-                        room);
-        return {reinterpret_cast<char*>(out), static_cast<std::size_t>(to)};
-    }
-    template <class Body>
-    std::u16string finished(Body body)
-    {
-        char16_t out[16];
-        body(out);
-        return {out, static_cast<std::size_t>(to)};
+        return encoded(encoder, units, from = 0, room);
     }
 
     Reference<FakeCodec> codec = makeReference<FakeCodec>();
