@@ -3,23 +3,10 @@
 #include <cstdint>
 #include <list>
 #include <optional>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace orv::test {
-
-/// The sampled hash of a text, unit by unit.
-inline std::uint32_t sampledHash(std::u16string_view text)
-{
-    const auto length = static_cast<std::int32_t>(text.size());
-    const std::int32_t step = (length - 32) / 32 + 1;
-    std::uint32_t hash = 0;
-    for (std::int32_t i = 0; i < length; i += step) {
-        hash = hash * 37 + text[static_cast<std::size_t>(i)];
-    }
-    return hash;
-}
 
 /// The tables of the hash maps, written down as they are told: a list for each bucket.
 class ChainModel {
@@ -27,7 +14,7 @@ public:
     struct Entry {
         std::uint32_t hash;
         std::int32_t key;
-        std::int32_t value;
+        std::optional<std::int32_t> value; ///< none is null
     };
 
     ChainModel(std::int32_t capacity, float load)
@@ -35,7 +22,8 @@ public:
     {
     }
 
-    std::optional<std::int32_t> put(std::int32_t key, std::uint32_t hash, std::int32_t value)
+    std::optional<std::int32_t> put(std::int32_t key, std::uint32_t hash,
+                                    std::optional<std::int32_t> value)
     {
         if (Entry* const entry = find(key, hash)) return std::exchange(entry->value, value);
         if (size >= static_cast<std::int32_t>(static_cast<float>(m_table.size()) * m_load)) grow();
@@ -47,15 +35,14 @@ public:
     std::optional<std::int32_t> get(std::int32_t key, std::uint32_t hash)
     {
         Entry* const entry = find(key, hash);
-        return entry != nullptr ? std::optional(entry->value) : std::nullopt;
+        return entry != nullptr ? entry->value : std::nullopt;
     }
 
     std::optional<std::int32_t> remove(std::int32_t key, std::uint32_t hash)
     {
         const auto value = get(key, hash);
-        if (!value) return value;
-        bucket(hash).remove_if([&](const Entry& entry) { return entry.key == key; });
-        --size;
+        size -= static_cast<std::int32_t>(
+            bucket(hash).remove_if([&](const Entry& entry) { return entry.key == key; }));
         return value;
     }
 
@@ -76,8 +63,8 @@ public:
     std::vector<std::int32_t> downward() const
     {
         std::vector<std::int32_t> keys;
-        for (std::size_t i = m_table.size(); i-- > 0;) {
-            for (const Entry& entry : m_table[i]) keys.push_back(entry.key);
+        for (auto chain = m_table.rbegin(); chain != m_table.rend(); ++chain) {
+            for (const Entry& entry : *chain) keys.push_back(entry.key);
         }
         return keys;
     }

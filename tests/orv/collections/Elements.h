@@ -5,7 +5,6 @@
 #include "orv/Reference.h"
 #include "orv/collections/quark/Collection.h"
 
-#include <initializer_list>
 #include <vector>
 
 /// \file
@@ -40,7 +39,7 @@ inline std::vector<int> numbersOf(const collections::quark::Collection& collecti
 
 /// Appends the numbers.
 template <class Collection>
-void fill(Collection& collection, std::initializer_list<int> values)
+void fill(Collection& collection, const std::vector<int>& values)
 {
     for (const int value : values) collection.add(boxed(value).get());
 }
