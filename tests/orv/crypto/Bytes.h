@@ -14,11 +14,6 @@ inline std::int32_t sizeOf(const Bytes& bytes)
     return static_cast<std::int32_t>(bytes.size());
 }
 
-inline Bytes bytesOf(std::string_view text)
-{
-    return {text.begin(), text.end()};
-}
-
 inline Bytes fromHex(std::string_view digits)
 {
     Bytes bytes;
@@ -27,17 +22,6 @@ inline Bytes fromHex(std::string_view digits)
         bytes.push_back(static_cast<signed char>(std::stoi(pair, nullptr, 16)));
     }
     return bytes;
-}
-
-inline std::string toHex(const Bytes& bytes)
-{
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (const signed char byte : bytes) {
-        text += digits[static_cast<unsigned char>(byte) >> 4];
-        text += digits[static_cast<unsigned char>(byte) & 0xF];
-    }
-    return text;
 }
 
 /// Bytes that follow no short pattern.

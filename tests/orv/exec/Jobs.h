@@ -18,19 +18,19 @@ private:
     std::function<void*()> m_work;
 };
 
-inline Reference<Job> jobOf(std::function<void*()> work)
+/// A job that does `work` and gives null.
+inline Reference<Job> jobOf(std::function<void()> work)
 {
-    return makeReference<Job>(std::move(work));
+    return makeReference<Job>([work = std::move(work)]() -> void* {
+        work();
+        return nullptr;
+    });
 }
 
 /// A started thread that does `work`.
 inline Reference<Thread> startThread(std::function<void()> work)
 {
-    const auto job = jobOf([work = std::move(work)]() -> void* {
-        work();
-        return nullptr;
-    });
-    Reference<Thread> thread = makeReference<Thread>(job.get());
+    Reference<Thread> thread = makeReference<Thread>(jobOf(std::move(work)).get());
     thread->start();
     return thread;
 }

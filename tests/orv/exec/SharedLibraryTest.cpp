@@ -1,7 +1,7 @@
 #include "orv/exec/SharedLibrary.h"
 
-#include "orv/Exception.h"
 #include "orv/Reference.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Text.h"
 
@@ -43,22 +43,13 @@ TEST(SharedLibrary, saysWhatIsMissing)
     folder.write("libtext.so", "no library");
     for (const String& name : {String(u"no-such-library"), folder.file(u"none.so"), String(),
                                folder.file(u"libtext.so")}) {
-        try {
-            SharedLibrary library(name.getData());
-            ADD_FAILURE() << "opened " << test::readable(test::units(name));
-        } catch (const ResultException& failure) {
-            EXPECT_EQ(failure.getResult(), makeResult(0x8007007Eu));
-            EXPECT_EQ(failure.getDescription(), u"Failed to open shared library.");
-        }
+        EXPECT_EQ(test::refusalOf<ResultException>([&] { SharedLibrary(name.getData()); }),
+                  test::Refusal(makeResult(0x8007007Eu), "Failed to open shared library."))
+            << test::readable(test::units(name));
     }
     SharedLibrary library(u"libc.so.6");
-    try {
-        library.getSymbol(u"noSuchSymbol");
-        ADD_FAILURE() << "found";
-    } catch (const ResultException& failure) {
-        EXPECT_EQ(failure.getResult(), makeResult(0x8007007Fu));
-        EXPECT_EQ(failure.getDescription(), u"Failed to get symbol.");
-    }
+    EXPECT_EQ(test::refusalOf<ResultException>([&] { library.getSymbol(u"noSuchSymbol"); }),
+              test::Refusal(makeResult(0x8007007Fu), "Failed to get symbol."));
 }
 
 } // namespace
