@@ -2,6 +2,7 @@
 
 #include "orv/Exceptions.h"
 #include "orv/util/PathNormalizer.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
@@ -11,11 +12,7 @@ namespace {
 
 TEST(PathNormalizer, foldsDotsAndSeparators)
 {
-    struct Row {
-        const char16_t* path;
-        const char16_t* normal;
-    };
-    const Row rows[] = {
+    const std::pair<const char16_t*, const char16_t*> rows[] = {
         {u"", u""},
         {u"a\\\\b", u"a\\b"},
         {u"a\\b\\..\\c", u"a\\c"},
@@ -37,9 +34,8 @@ TEST(PathNormalizer, foldsDotsAndSeparators)
         {u"a/b//c", u"a\\b\\c"},
     };
     PathNormalizer normalizer(PathNormalizer::SLASH_NATIVE);
-    for (const Row& row : rows) {
-        EXPECT_EQ(normalizer.normalize(row.path), row.normal)
-            << String(row.path).getBytes(u"UTF-8");
+    for (const auto& [path, normal] : rows) {
+        EXPECT_EQ(normalizer.normalize(path), normal) << test::readable(path);
     }
 }
 
@@ -62,13 +58,14 @@ TEST(FilePath, answersForEachPart)
     };
     for (const Row& row : rows) {
         const FilePath path(row.path);
+        SCOPED_TRACE(test::readable(row.path));
         EXPECT_EQ(path.toString(), row.normal);
-        EXPECT_EQ(path.getDrive(), row.drive) << String(row.path).getBytes(u"UTF-8");
-        EXPECT_EQ(path.getDirectory(), row.directory) << String(row.path).getBytes(u"UTF-8");
-        EXPECT_EQ(path.getName(), row.name) << String(row.path).getBytes(u"UTF-8");
-        EXPECT_EQ(path.getBaseName(), row.base) << String(row.path).getBytes(u"UTF-8");
-        EXPECT_EQ(path.getExtension(), row.extension) << String(row.path).getBytes(u"UTF-8");
-        EXPECT_EQ(path.getParentPath(), row.parent) << String(row.path).getBytes(u"UTF-8");
+        EXPECT_EQ(path.getDrive(), row.drive);
+        EXPECT_EQ(path.getDirectory(), row.directory);
+        EXPECT_EQ(path.getName(), row.name);
+        EXPECT_EQ(path.getBaseName(), row.base);
+        EXPECT_EQ(path.getExtension(), row.extension);
+        EXPECT_EQ(path.getParentPath(), row.parent);
         EXPECT_EQ(path.getChildPath(u"child"), u"");
     }
     EXPECT_EQ(FilePath(u"c:\\a\\..\\b").toString(), u"c:b");
@@ -76,20 +73,15 @@ TEST(FilePath, answersForEachPart)
 
 TEST(FilePath, refusesWrongRoots)
 {
-    struct Row {
-        const char16_t* path;
-        const char16_t* text;
+    const std::pair<const char16_t*, const char*> rows[] = {
+        {u"abc:\\x", "invalid drive"},
+        {u"\\\\\\share", "no server name"},
+        {u"\\\\srv", "no share name"},
+        {u"//srv/", "no share name"},
     };
-    for (const Row& row : {Row{u"abc:\\x", u"invalid drive"},
-                           {u"\\\\\\share", u"no server name"},
-                           {u"\\\\srv", u"no share name"},
-                           {u"//srv/", u"no share name"}}) {
-        try {
-            const FilePath path(row.path);
-            ADD_FAILURE() << "took " << String(row.path).getBytes(u"UTF-8");
-        } catch (const InvalidPathException& exception) {
-            EXPECT_EQ(exception.getDescription(), row.text) << String(row.path).getBytes(u"UTF-8");
-        }
+    for (const auto& [path, words] : rows) {
+        EXPECT_EQ(test::refusalOf<InvalidPathException>([at = path] { FilePath made(at); }).second,
+                  words);
     }
 }
 

@@ -1,7 +1,7 @@
 #include "orv/util/Guid.h"
 
-#include "orv/Exception.h"
 #include "orv/IORVComparable.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
@@ -18,12 +18,9 @@ TEST(Guid, readsWhatItPrints)
     EXPECT_TRUE(Guid(u"{72038029-fa65-4255-a916-1c5680acfebf}") == IORVComparable::IID);
     EXPECT_EQ(Guid().toString(), u"{00000000-0000-0000-0000-000000000000}");
     const auto expectRefusal = [](const std::u16string& bad) {
-        try {
-            static_cast<void>(Guid(bad.c_str()));
-            ADD_FAILURE() << test::readable(bad);
-        } catch (const Exception& exception) {
-            EXPECT_EQ(exception.getDescription(), u"invalid GUID string");
-        }
+        EXPECT_EQ(test::refusalOf([&] { Guid made(bad.c_str()); }),
+                  test::Refusal(E_FAIL, "invalid GUID string"))
+            << test::readable(bad);
     };
     const std::u16string whole = u"{72038029-FA65-4255-A916-1C5680ACFEBF}";
     expectRefusal(whole + u" ");
@@ -40,12 +37,10 @@ TEST(Guid, ordersByItsBytes)
     const Guid small(u"{00000001-0000-0000-0000-000000000001}");
     const Guid great(u"{00000001-0000-0000-0000-000000000002}");
     const GUID& plain = great;
-    EXPECT_LT(Guid::compare(small, great), 0);
     EXPECT_TRUE(small < great && small <= great && small != great);
     EXPECT_TRUE(plain > small && plain >= small && small < plain);
     EXPECT_TRUE(great == plain && plain == great && great >= plain && great <= plain);
     EXPECT_FALSE(great != plain || great < plain || great > plain || small == plain);
-
     Guid assigned;
     assigned = plain;
     EXPECT_TRUE(assigned == great);
