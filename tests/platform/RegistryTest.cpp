@@ -1,17 +1,19 @@
-#include "platform/files.h"
 #include "platform/orvcore.h"
 
 #include "tests/platform/ScopedVariable.h"
 #include "tests/support/Processes.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
-#include <fstream>
+#include <functional>
 #include <random>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <sqlite3.h>
@@ -81,49 +83,28 @@ std::vector<std::u16string> valuesOf(ORVHandle handle)
 
 using Names = std::vector<std::u16string>;
 
-std::string content(const std::filesystem::path& file)
-{
-    if (!std::filesystem::is_regular_file(file)) return "";
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 /// A store of the test's own.
 class Registry : public testing::Test {
 protected:
-    Registry()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "orvcl-XXXXXX").string();
-        m_folder = ::mkdtemp(name.data());
-        m_file = m_folder / "store.db";
-        m_variable.set(m_file.c_str());
-    }
-    ~Registry() override { std::filesystem::remove_all(m_folder); }
-
-    std::filesystem::path m_folder;
-    std::filesystem::path m_file;
-    orv::test::ScopedVariable m_variable{"ORV_REGISTRY", nullptr};
+    orv::test::TemporaryFolder m_home;
+    const std::filesystem::path m_folder = m_home.path();
+    const std::filesystem::path m_file = m_folder / "store.db";
+    orv::test::ScopedVariable m_variable{"ORV_REGISTRY", m_file.c_str()};
 };
 
 /// A RegistryChild that works for the test.
 class Writer {
 public:
     Writer(const std::string& key, int count)
+        : m_output(::popen(
+              ("exec '" ORV_REGISTRY_CHILD "' '" + key + "' " + std::to_string(count)).c_str(),
+              "r")),
+          m_id(static_cast<pid_t>(next()))
     {
-        const std::string line =
-            std::string(ORV_REGISTRY_CHILD) + " " + key + " " + std::to_string(count);
-        const std::u16string wide(line.begin(), line.end());
-        EXPECT_EQ(
-            ORVProcessCreate(nullptr, wide.c_str(), nullptr, nullptr, 0, &m_process, &m_streams),
-            S_OK);
-        m_id = next();
     }
     ~Writer()
     {
-        if (m_process != ORV_NO_HANDLE) join();
-        for (const ORVHandle pipe : {m_streams.input, m_streams.output, m_streams.error}) {
-            ORVFileClose(pipe);
-        }
+        if (m_output != nullptr) join();
     }
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
@@ -132,23 +113,20 @@ public:
     std::uint64_t next()
     {
         std::uint64_t number = 0;
-        std::int32_t got = 0;
-        EXPECT_EQ(orvcore::readFile(m_streams.output, &number, sizeof number, &got), S_OK);
-        return got == sizeof number ? number : 0;
+        return std::fread(&number, sizeof number, 1, m_output) == 1 ? number : 0;
     }
-    void kill() const { ::kill(static_cast<pid_t>(m_id), SIGKILL); }
-    std::int32_t join()
+    void kill() const { ::kill(m_id, SIGKILL); }
+    /// Its exit status, or the signal that ended it.
+    int join()
     {
-        std::int32_t exitCode = -1;
-        ORVProcessJoin(m_process, &exitCode);
-        m_process = ORV_NO_HANDLE;
-        return exitCode;
+        while (next() != 0) {
+        }
+        return ::pclose(std::exchange(m_output, nullptr));
     }
 
 private:
-    ORVHandle m_process = ORV_NO_HANDLE;
-    ORVStandardHandles m_streams{};
-    std::uint64_t m_id = 0;
+    std::FILE* m_output;
+    pid_t m_id;
 };
 
 TEST_F(Registry, keepsValuesOfEverySize)
@@ -320,8 +298,8 @@ TEST_F(Registry, leavesAFileAloneThatIsNotItsOwn)
         ORVResult result;
     };
     for (const Row& row : {
-             Row{"rubbish", [&] { std::ofstream(m_file) << std::string(20'000, 'r'); }, damaged},
-             Row{"short", [&] { std::ofstream(m_file) << "SQLite"; }, damaged},
+             Row{"rubbish", [&] { m_home.write("store.db", std::string(20'000, 'r')); }, damaged},
+             Row{"short", [&] { m_home.write("store.db", "SQLite"); }, damaged},
              Row{"a foreign database", [&] { otherDatabase("CREATE TABLE t(x)"); }, damaged},
              Row{"of a newer library",
                  [&] {
@@ -338,14 +316,17 @@ TEST_F(Registry, leavesAFileAloneThatIsNotItsOwn)
             std::filesystem::remove_all(entry);
         }
         row.make();
-        const std::string before = content(m_file);
+        const auto content = [&] {
+            return std::filesystem::is_directory(m_file) ? "" : m_home.read("store.db");
+        };
+        const std::string before = content();
         std::uint32_t size = 0;
         EXPECT_EQ(ORVRegistryGetValue(ORV_HKEY_USER, u"k", u"v", nullptr, nullptr, &size),
                   row.result)
             << row.what;
         EXPECT_EQ(set(u"k", u"v", "y"), row.result) << row.what;
         EXPECT_EQ(keysOf(u"k"), Names{u"none"}) << row.what;
-        EXPECT_EQ(content(m_file), before) << row.what;
+        EXPECT_EQ(content(), before) << row.what;
     }
 }
 
@@ -404,7 +385,7 @@ TEST_F(Registry, losesNothingToAKilledProcess)
         if (round % 2 == 0) std::this_thread::yield();
         writer.kill();
         while (const std::uint64_t number = writer.next()) told = number;
-        EXPECT_EQ(writer.join(), 128 + SIGKILL);
+        EXPECT_EQ(writer.join(), SIGKILL);
         if (told == 0) continue;
         const std::string bytes = get(u"killed", u"last");
         ASSERT_EQ(bytes.size(), sizeof told) << bytes;

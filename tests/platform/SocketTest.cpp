@@ -3,6 +3,7 @@
 #include "platform/threads.h"
 #include "tests/support/Loopback.h"
 #include "tests/support/Processes.h"
+#include "tests/support/SignalStorm.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,6 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
-#include <pthread.h>
 #include <sys/resource.h>
 #include <sys/time.h>
 
@@ -170,36 +170,27 @@ TEST(Socket, tellsATimeLimitFromASocketThatDoesNotWait)
     EXPECT_EQ(done, 0);
 }
 
-void ignoreSignal(int) {}
-
 TEST(Socket, resumesWhatSignalsInterrupt)
 {
-    struct sigaction action {};
-    struct sigaction before {};
-    action.sa_handler = &ignoreSignal;
-    ASSERT_EQ(::sigaction(SIGUSR1, &action, &before), 0);
     Connection connection;
     const std::vector<char> sent(8 << 20, 'x');
-    std::atomic<std::uint32_t> id{0};
-    std::int64_t done = 0;
-    std::thread sender([&] {
-        id = currentThreadId();
-        EXPECT_EQ(sendBytes(connection.near.get(), sent.data(),
-                            static_cast<std::uint32_t>(sent.size()), 0, &done),
-                  0u);
-    });
     std::size_t received = 0;
-    std::vector<char> buffer(64 << 10);
-    while (received < sent.size()) {
-        if (id != 0) ::pthread_kill(sender.native_handle(), SIGUSR1);
-        std::int64_t got = 0;
-        ASSERT_EQ(receiveBytes(connection.far, buffer.data(), 64 << 10, 0, &got), 0u);
-        ASSERT_GT(got, 0);
-        received += static_cast<std::size_t>(got);
-    }
-    sender.join();
+    std::thread receiver([&] {
+        std::vector<char> buffer(64 << 10);
+        std::int64_t got = 1;
+        while (received < sent.size() && got > 0) {
+            orv::test::SignalStorm::awaitInterruptions(1);
+            ASSERT_EQ(receiveBytes(connection.far, buffer.data(), 64 << 10, 0, &got), 0u);
+            received += static_cast<std::size_t>(got);
+        }
+    });
+    const orv::test::SignalStorm storm;
+    std::int64_t done = 0;
+    const auto size = static_cast<std::uint32_t>(sent.size());
+    EXPECT_EQ(sendBytes(connection.near.get(), sent.data(), size, 0, &done), 0u);
     EXPECT_EQ(done, static_cast<std::int64_t>(sent.size())) << "nothing was cut off";
-    ::sigaction(SIGUSR1, &before, nullptr);
+    receiver.join();
+    EXPECT_EQ(received, sent.size());
 }
 
 TEST(SocketHold, wakesWhoIsAtWorkWhenTheSocketCloses)

@@ -10,20 +10,6 @@
 namespace orv::net {
 namespace {
 
-using Parser = void (FilePath::*)(const String&);
-
-// The parsers are private. An explicit instantiation may name private members, and hands them out.
-struct Parsers {
-    Parser unc, nfs, ncp;
-    friend Parsers parsersOf(const FilePath&);
-};
-template <Parser unc, Parser nfs, Parser ncp>
-struct HandOut {
-    friend Parsers parsersOf(const FilePath&) { return {unc, nfs, ncp}; }
-};
-Parsers parsersOf(const FilePath&);
-template struct HandOut<&FilePath::parseUnc, &FilePath::parseNfs, &FilePath::parseNcp>;
-
 String thisHost()
 {
     char name[260];
@@ -81,39 +67,6 @@ TEST(NetFilePath, whatCannotBeSaidIsRefused)
     }
     EXPECT_THROW(FilePath(String(u'x', 300)), ResultException) << "too long to expand";
     EXPECT_THROW(FilePath(u"ab:"), InvalidPathException);
-}
-
-TEST(NetFilePath, readsTheFormsOfOtherSystems)
-{
-    struct Row {
-        Parser Parsers::*parser;
-        const char16_t *text, *server, *volume, *path, *refusal;
-    };
-    FilePath path(u"\\\\s\\v\\p");
-    const Parsers parsers = parsersOf(path);
-    for (const Row& row : {
-             Row{&Parsers::unc, u"\\\\srv\\share:", u"srv", u"share", u"p", u""},
-             {&Parsers::unc, u"\\\\srv\\a\\b", u"srv", u"a\\b", u"p", u""},
-             {&Parsers::unc, u"\\\\srv", u"", u"", u"", u"Invalid UNC syntax."},
-             {&Parsers::unc, u"\\srv\\a", u"", u"", u"", u"Invalid UNC syntax."},
-             {&Parsers::nfs, u"nas:/export:/x", u"nas", u"v", u"/export:/x", u""},
-             {&Parsers::nfs, u"nas:export", u"", u"", u"", u"Invalid NFS syntax."},
-             {&Parsers::ncp, u"srv/vol/dir", u"srv", u"UNKNOWN", u"p", u""},
-             {&Parsers::ncp, u"srv\\vol", u"", u"", u"", u"Invalid NCP syntax."},
-         }) {
-        FilePath parsed(path);
-        String refusal;
-        try {
-            (parsed.*(parsers.*row.parser))(row.text);
-        } catch (const InvalidPathException& exception) {
-            refusal = exception.getDescription();
-        }
-        EXPECT_EQ(refusal, row.refusal) << test::readable(row.text);
-        if (!refusal.isEmpty()) continue;
-        EXPECT_EQ(parsed.getServer(), row.server);
-        EXPECT_EQ(parsed.getVolume(), row.volume);
-        EXPECT_EQ(parsed.getPath(), row.path);
-    }
 }
 
 } // namespace

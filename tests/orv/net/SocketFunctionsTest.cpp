@@ -6,132 +6,119 @@
 #include "orv/sync/LockObject.h"
 #include "tests/orv/net/Sockets.h"
 
-#include <functional>
-#include <vector>
+#include <string>
+#include <tuple>
+#include <type_traits>
 
 #include <netdb.h>
+#include <sys/time.h>
 
-namespace orv::net {
+namespace orv::net::test {
 namespace {
 
-using test::Connection;
-using test::listeningServer;
+/// The arguments, by number, that `function` takes although they are null; the others are `good`.
+template <class... Types>
+std::string nullsTaken(ENUM_ORV_E_SOCKET (*function)(Types...), std::type_identity_t<Types>... good)
+{
+    std::string taken;
+    for (std::size_t null = 0; null < sizeof...(Types); ++null) {
+        std::tuple<Types...> arguments{good...};
+        std::size_t place = 0;
+        const auto clears = [&](auto& argument) {
+            if constexpr (std::is_pointer_v<std::remove_reference_t<decltype(argument)>>) {
+                if (place++ == null) return std::exchange(argument, nullptr) != nullptr;
+            } else {
+                ++place;
+            }
+            return false;
+        };
+        const bool cleared =
+            std::apply([&](auto&... each) { return (clears(each) | ...); }, arguments);
+        if (cleared && std::apply(function, arguments) != ORV_E_SOCKET_EINVAL) {
+            taken += std::to_string(null) + " ";
+        }
+    }
+    return taken;
+}
 
 TEST(SocketFunctions, refuseNullPointers)
 {
     Connection connection;
-    const auto server = listeningServer();
-    TcpClientSocket2* const client = connection.client.get();
-    TcpWorkerSocket2* const worker = connection.worker.get();
-    TcpServerSocket2* const listener = server.get();
-    orv_sockaddr_union address = test::loopback(1);
+    const auto owner = listeningServer();
+    TcpClientSocket2* client = connection.client.get();
+    TcpWorkerSocket2* worker = connection.worker.get();
+    TcpServerSocket2* server = owner.get();
+    TcpSocket2* base = client;
+    orv_sockaddr_union a = loopback(1);
     addrinfo hints{};
     char text[8] = "unread";
     signed char bytes[16];
     std::int16_t truth = 7;
-    std::int32_t length = 4;
+    std::int32_t n = 4, m = 0;
     std::uint16_t port = 0;
-    std::uint32_t size = sizeof text;
+    std::uint32_t size = sizeof text, none = 0;
     std::int64_t done = 0;
     std::uint64_t room = sizeof bytes;
-    const std::vector<std::function<ENUM_ORV_E_SOCKET()>> calls = {
-        [&] { return OrvNetTcpSocketClose(nullptr); },
-        [&] { return OrvNetTcpSocketShutdownInput(nullptr); },
-        [&] { return OrvNetTcpSocketShutdownOutput(nullptr); },
-        [&] { return OrvNetTcpSocketShutdownBoth(nullptr); },
-        [&] { return OrvNetTcpSocketStaticDestroy(nullptr); },
-        [&] { return OrvNetTcpSocketStaticGetVersion(nullptr, &length); },
-        [&] { return OrvNetTcpSocketStaticGetVersion(&length, nullptr); },
-        [&] { return OrvNetTcpSocketStaticGetaddrinfo(nullptr, 1, &hints, 0, &address); },
-        [&] { return OrvNetTcpSocketStaticGetaddrinfo("::1", 1, nullptr, 0, &address); },
-        [&] { return OrvNetTcpSocketStaticGetaddrinfo("::1", 1, &hints, 0, nullptr); },
-        [&] { return OrvNetTcpClientSocketStaticCreate(2, 1, 6, nullptr); },
-        [&] { return OrvNetTcpClientSocketBind(nullptr, &address, 16); },
-        [&] { return OrvNetTcpClientSocketBind(client, nullptr, 16); },
-        [&] { return OrvNetTcpClientSocketConnect(nullptr, &address, 16); },
-        [&] { return OrvNetTcpClientSocketConnect(client, nullptr, 16); },
-        [&] { return OrvNetTcpClientSocketGetLocalAddress(nullptr, &address, &length); },
-        [&] { return OrvNetTcpClientSocketGetLocalAddress(client, nullptr, &length); },
-        [&] { return OrvNetTcpClientSocketGetLocalAddress(client, &address, nullptr); },
-        [&] { return OrvNetTcpClientSocketSend(nullptr, text, 1, 0, &done); },
-        [&] { return OrvNetTcpClientSocketSend(client, nullptr, 1, 0, &done); },
-        [&] { return OrvNetTcpClientSocketSend(client, text, 1, 0, nullptr); },
-        [&] { return OrvNetTcpClientSocketRecv(nullptr, text, 1, 0, &done); },
-        [&] { return OrvNetTcpClientSocketGetsockopt(nullptr, 0xFFFF, 4, text, &length); },
-        [&] { return OrvNetTcpClientSocketSetsockopt(nullptr, 0xFFFF, 4, text, 4); },
-        [&] { return OrvNetTcpWorkerSocketSend(nullptr, text, 1, 0, &done); },
-        [&] { return OrvNetTcpWorkerSocketRecv(nullptr, text, 1, 0, &done); },
-        [&] { return OrvNetTcpWorkerSocketRecv(worker, nullptr, 1, 0, &done); },
-        [&] { return OrvNetTcpWorkerSocketRecv(worker, text, 1, 0, nullptr); },
-        [&] { return OrvNetTcpWorkerSocketGetsockopt(nullptr, 0xFFFF, 4, text, &length); },
-        [&] { return OrvNetTcpWorkerSocketGetsockopt(worker, 0xFFFF, 4, nullptr, &length); },
-        [&] { return OrvNetTcpWorkerSocketGetsockopt(worker, 0xFFFF, 4, text, nullptr); },
-        [&] { return OrvNetTcpWorkerSocketSetsockopt(nullptr, 0xFFFF, 4, text, 4); },
-        [&] { return OrvNetTcpWorkerSocketSetsockopt(worker, 0xFFFF, 4, nullptr, 4); },
-        [&] {
-            return OrvNetTcpWorkerSocketStaticSelect(nullptr, nullptr, nullptr, nullptr, nullptr,
-                                                     nullptr, nullptr, nullptr);
-        },
-        [&] {
-            return OrvNetTcpClientSocketStaticSelect(nullptr, &size, nullptr, &size, nullptr,
-                                                     nullptr, nullptr, &length);
-        },
-        [&] { return OrvNetTcpServerSocketStaticCreate(0, 1, 6, nullptr); },
-        [&] { return OrvNetTcpServerSocketBindListAddAddrAny(nullptr, 1); },
-        [&] { return OrvNetTcpServerSocketBindListAddAddrInfo(nullptr, "::1", nullptr, 1); },
-        [&] { return OrvNetTcpServerSocketBindListAddAddrInfo(listener, nullptr, nullptr, 1); },
-        [&] { return OrvNetTcpServerSocketBindListClear(nullptr); },
-        [&] { return OrvNetTcpServerSocketBindListSaveOneForNamedPipeReply(nullptr); },
-        [&] { return OrvNetTcpServerSocketBindListAddressesDiagnosticStrA(nullptr, text, &size); },
-        [&] {
-            return OrvNetTcpServerSocketBindListAddressesDiagnosticStrA(listener, nullptr, &size);
-        },
-        [&] { return OrvNetTcpServerSocketBoundListAddressesDiagnosticStrA(nullptr, text, &size); },
-        [&] {
-            return OrvNetTcpServerSocketBoundListAddressesDiagnosticStrA(listener, text, nullptr);
-        },
-        [&] { return OrvNetTcpServerSocketBind(nullptr); },
-        [&] { return OrvNetTcpServerSocketListen(nullptr, 1); },
-        [&] { return OrvNetTcpServerSocketSaveBoundAddresses(nullptr); },
-        [&] { return OrvNetTcpServerSocketAccept(nullptr, nullptr); },
-        [&] { return OrvNetTcpServerSocketAccept(listener, nullptr); },
-        [&] { return OrvNetTcpServerSocketAcceptSocket(nullptr, &room); },
-        [&] { return OrvNetTcpServerSocketAcceptSocket(listener, nullptr); },
-        [&] { return OrvNetTcpServerSocketGetBoundAddress(nullptr, 0, bytes, &room); },
-        [&] { return OrvNetTcpServerSocketGetBoundAddress(listener, 0, nullptr, &room); },
-        [&] { return OrvNetTcpServerSocketGetBoundAddress(listener, 0, bytes, nullptr); },
-        [&] {
-            return OrvNetInetSocketAddressStaticGetPortHostOrderFromTcpServiceName(nullptr, &port);
-        },
-        [&] {
-            return OrvNetInetSocketAddressStaticGetPortHostOrderFromTcpServiceName("http", nullptr);
-        },
-        [&] { return OrvNetInetSocketAddressGetDiagnosticStr(nullptr, text, &size); },
-        [&] { return OrvNetInetSocketAddressGetDiagnosticStr(&address, nullptr, &size); },
-        [&] { return OrvNetInetSocketAddressGetDiagnosticStr(&address, text, nullptr); },
-        [&] { return OrvNetInetAddressIsAddressAny(nullptr, &truth); },
-        [&] { return OrvNetInetAddressIsAddressAny(&address, nullptr); },
-        [&] { return OrvNetInetAddressIsAddressLoopback(nullptr, &truth); },
-        [&] { return OrvNetInetAddressIsAddressNone(&address, nullptr); },
-        [&] {
-            size = sizeof text;
-            return OrvNetInetAddressGetAddressStr(nullptr, text, &size);
-        },
-        [&] { return OrvNetInetAddressGetAddressStr(&address, nullptr, &size); },
-    };
-    for (std::size_t i = 0; i < calls.size(); ++i) {
-        EXPECT_EQ(calls[i](), ORV_E_SOCKET_EINVAL) << "call " << i;
+    timeval now{0, 0};
+    EXPECT_EQ(nullsTaken(OrvNetTcpSocketClose, base), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpSocketShutdownInput, base), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpSocketShutdownOutput, base), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpSocketShutdownBoth, base), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpSocketStaticDestroy, &base), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpSocketStaticGetVersion, &n, &m), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpSocketStaticGetaddrinfo, "::1", 1, &hints, 0, &a), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpClientSocketStaticCreate, 2, 1, 6, &client), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpClientSocketBind, client, &a, 16), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpClientSocketConnect, client, &a, 16), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpClientSocketGetLocalAddress, client, &a, &n), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpClientSocketSend, client, text, 1, 0, &done), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpClientSocketRecv, client, text, 1, 0, &done), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpClientSocketGetsockopt, client, 0xFFFF, 4, text, &n), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpClientSocketSetsockopt, client, 0xFFFF, 4, text, 4), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpWorkerSocketSend, worker, text, 1, 0, &done), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpWorkerSocketRecv, worker, text, 1, 0, &done), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpWorkerSocketGetsockopt, worker, 0xFFFF, 4, text, &n), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpWorkerSocketSetsockopt, worker, 0xFFFF, 4, text, 4), "");
+    // Without a time limit nothing would end the wait for nothing.
+    EXPECT_EQ(nullsTaken(OrvNetTcpWorkerSocketStaticSelect, nullptr, &none, nullptr, &none, nullptr,
+                         &none, &now, &n),
+              "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpClientSocketStaticSelect, nullptr, &none, nullptr, &none, nullptr,
+                         &none, &now, &n),
+              "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpServerSocketStaticCreate, 0, 1, 6, &server), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpServerSocketBindListAddAddrAny, server, 1), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpServerSocketBindListAddAddrInfo, server, "::1", nullptr, 1), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpServerSocketBindListClear, server), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpServerSocketBindListSaveOneForNamedPipeReply, server), "");
+    for (const auto& print : {OrvNetTcpServerSocketBindListAddressesDiagnosticStrA,
+                              OrvNetTcpServerSocketBoundListAddressesDiagnosticStrA}) {
+        EXPECT_EQ(nullsTaken(print, server, text, &size), "");
     }
+    EXPECT_EQ(nullsTaken(OrvNetTcpServerSocketBind, server), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpServerSocketListen, server, 1), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpServerSocketSaveBoundAddresses, server), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpServerSocketAccept, server, &worker), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpServerSocketAcceptSocket, server, &room), "");
+    EXPECT_EQ(nullsTaken(OrvNetTcpServerSocketGetBoundAddress, server, 0, bytes, &room), "");
+    const auto portOf = OrvNetInetSocketAddressStaticGetPortHostOrderFromTcpServiceName;
+    EXPECT_EQ(nullsTaken(portOf, "http", &port), "");
+    EXPECT_EQ(nullsTaken(OrvNetInetSocketAddressGetDiagnosticStr, &a, text, &size), "");
+    EXPECT_EQ(nullsTaken(OrvNetInetAddressIsAddressAny, &a, &truth), "");
+    EXPECT_EQ(nullsTaken(OrvNetInetAddressIsAddressLoopback, &a, &truth), "");
+    EXPECT_EQ(nullsTaken(OrvNetInetAddressIsAddressNone, &a, &truth), "");
+    size = sizeof text;
+    EXPECT_EQ(nullsTaken(OrvNetInetAddressGetAddressStr, &a, text, &size), "");
     EXPECT_EQ(OrvNetTcpSocketGetId(nullptr), 0u);
     EXPECT_EQ(truth, 0);
-    TcpSocket2* none = nullptr;
-    EXPECT_EQ(OrvNetTcpSocketStaticDestroy(&none), ORV_E_SOCKET_OK);
+    TcpSocket2* nothing = nullptr;
+    EXPECT_EQ(OrvNetTcpSocketStaticDestroy(&nothing), ORV_E_SOCKET_OK);
 }
 
 TEST(SocketFunctions, askAddressesByTheirFamily)
 {
-    orv_sockaddr_union v4 = test::loopback(80);
-    orv_sockaddr_union v6 = test::loopback(80, 23);
+    orv_sockaddr_union v4 = loopback(80);
+    orv_sockaddr_union v6 = loopback(80, 23);
     orv_sockaddr_union odd = v4;
     odd.family = 1;
     std::int16_t truth = 0;
@@ -197,4 +184,4 @@ TEST(Library, endsTheSocketsWithItself)
 }
 
 } // namespace
-} // namespace orv::net
+} // namespace orv::net::test

@@ -10,17 +10,8 @@
 
 #include <unistd.h>
 
-namespace orv::net {
+namespace orv::net::test {
 namespace {
-
-using test::bindText;
-using test::boundText;
-using test::connectTo;
-using test::lastPort;
-using test::listeningServer;
-using test::newClient;
-using test::newServer;
-using test::Owned;
 
 /// Accepts one connection; null with the result where that fails.
 Owned<TcpWorkerSocket2> acceptOne(TcpServerSocket2& server,
@@ -33,7 +24,7 @@ Owned<TcpWorkerSocket2> acceptOne(TcpServerSocket2& server,
 
 TEST(TcpServerSocket2, listensOnBothFamiliesAtOnePort)
 {
-    if (!test::hasIpv6()) GTEST_SKIP() << "this machine has no IPv6";
+    if (!hasIpv6()) GTEST_SKIP() << "this machine has no IPv6";
     const std::uint16_t port = lastPort(*listeningServer());
     Owned<TcpServerSocket2> server = newServer();
     EXPECT_EQ(server->bindListAddAddrAny(port), ORV_E_SOCKET_OK);
@@ -175,7 +166,7 @@ struct Probe : TcpServerSocket2 {
 TEST(TcpServerSocket2, printsAPlaceWithoutAddress)
 {
     ENUM_ORV_E_SOCKET error = ORV_E_SOCKET_OK;
-    const orv_sockaddr_union address = test::loopback(80);
+    const orv_sockaddr_union address = loopback(80);
     const Probe::Address list[] = {std::make_unique<InetSocketAddress>(&address, &error), nullptr};
     char text[100];
     std::uint32_t size = sizeof text;
@@ -185,7 +176,7 @@ TEST(TcpServerSocket2, printsAPlaceWithoutAddress)
 
 TEST(TcpServerSocket2, endsAllItsWaitersWhenAnotherThreadCloses)
 {
-    const std::ptrdiff_t before = test::openDescriptors();
+    const std::ptrdiff_t before = openDescriptors();
     Owned<TcpServerSocket2> server = listeningServer();
     std::atomic<std::uint32_t> ids[3] = {};
     std::vector<std::thread> waiters;
@@ -196,13 +187,13 @@ TEST(TcpServerSocket2, endsAllItsWaitersWhenAnotherThreadCloses)
         });
     }
     for (auto& id : ids) {
-        ASSERT_TRUE(test::awaitTrue([&] { return id != 0; }) && test::awaitSleepOf(id));
+        ASSERT_TRUE(awaitTrue([&] { return id != 0; }) && awaitSleepOf(id));
     }
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(server->close(), ORV_E_SOCKET_OK);
     for (std::thread& waiter : waiters) waiter.join();
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
-    EXPECT_EQ(test::openDescriptors(), before);
+    EXPECT_EQ(openDescriptors(), before);
     acceptOne(*server, ORV_E_SOCKET_ENOTSOCK);
 }
 
@@ -225,7 +216,7 @@ TEST(TcpServerSocket2, givesEachConnectionToOneOfSeveralWaiters)
     for (int i = 0; i < connections; ++i) {
         EXPECT_EQ(connectTo(*newClient(), port), ORV_E_SOCKET_OK);
     }
-    EXPECT_TRUE(test::awaitTrue([&] { return taken == connections; })) << taken;
+    EXPECT_TRUE(awaitTrue([&] { return taken == connections; })) << taken;
     EXPECT_EQ(server->shutdownBoth(), ORV_E_SOCKET_OK) << "nobody gets in any more";
     EXPECT_EQ(connectTo(*newClient(), port), ORV_E_SOCKET_ECONNREFUSED);
     for (std::thread& waiter : waiters) waiter.join();
@@ -233,4 +224,4 @@ TEST(TcpServerSocket2, givesEachConnectionToOneOfSeveralWaiters)
 }
 
 } // namespace
-} // namespace orv::net
+} // namespace orv::net::test

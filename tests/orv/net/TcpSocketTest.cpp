@@ -1,9 +1,8 @@
 #include "orv/net/TcpServerSocket.h"
 
 #include "orv/Class.h"
-#include "orv/io/IoExceptions.h"
+#include "tests/orv/io/Streams.h"
 #include "tests/support/Loopback.h"
-#include "tests/support/Text.h"
 
 #include <chrono>
 #include <string>
@@ -14,6 +13,8 @@
 namespace orv::net {
 namespace {
 
+using io::test::thrownBy;
+
 /// The two ends of a connection.
 struct Connection {
     Reference<TcpServerSocket> server = makeReference<TcpServerSocket>(std::uint16_t{0}, 5);
@@ -23,22 +24,7 @@ struct Connection {
 
 std::string readOnce(io::InputStream& in)
 {
-    char bytes[100];
-    const std::int32_t count = in.read(bytes, sizeof bytes);
-    return count < 0 ? "|" + std::to_string(count)
-                     : std::string(bytes, static_cast<std::size_t>(count));
-}
-
-/// The description of what `call` throws.
-template <class Thrown, class Call>
-String thrownBy(Call call)
-{
-    try {
-        call();
-    } catch (const Thrown& thrown) {
-        return thrown.getDescription();
-    }
-    return u"nothing thrown";
+    return io::test::readOnce(in, 100);
 }
 
 TEST(TcpSocket, isAPairOfStreams)

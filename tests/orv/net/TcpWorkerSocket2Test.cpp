@@ -12,12 +12,8 @@
 #include <sys/time.h>
 #include <unistd.h>
 
-namespace orv::net {
+namespace orv::net::test {
 namespace {
-
-using test::Connection;
-using test::received;
-using test::sendAll;
 
 TEST(TcpWorkerSocket2, carriesBytesUntilThePeerEnds)
 {
@@ -153,13 +149,13 @@ TEST(TcpSelect, keepsTheReadyInPlaceAndNullsTheOthers)
 
 TEST(TcpSelect, givesThePendingErrorOfAnExceptionalSocket)
 {
-    test::PlainSocket plain;
+    PlainSocket plain;
     const std::uint64_t socket = plain.release();
     ENUM_ORV_E_SOCKET error = ORV_E_SOCKET_OK;
     TcpWorkerSocket2 worker(socket, &error);
     // A connection that is refused in the background leaves its error behind.
     ASSERT_EQ(::fcntl(static_cast<int>(socket), F_SETFL, O_NONBLOCK), 0);
-    const orv_sockaddr_union peer = test::loopback(test::closedPort());
+    const orv_sockaddr_union peer = loopback(closedPort());
     static_cast<void>(orvcore::connectSocket(socket, &peer, sizeof peer.ipv4));
     Selection selection{{}, {}, {&worker}};
     EXPECT_EQ(selection.run(nullptr), ORV_E_SOCKET_ECONNREFUSED);
@@ -196,7 +192,7 @@ TEST(TcpSelect, endsWhenAnotherThreadCloses)
         Selection selection{{&worker}, {}, {&worker}};
         EXPECT_EQ(selection.run(nullptr), ORV_E_SOCKET_ENOTSOCK);
     });
-    ASSERT_TRUE(test::awaitTrue([&] { return id != 0; }) && test::awaitSleepOf(id));
+    ASSERT_TRUE(awaitTrue([&] { return id != 0; }) && awaitSleepOf(id));
     EXPECT_EQ(worker.close(), ORV_E_SOCKET_OK);
     selector.join();
 }
@@ -206,7 +202,7 @@ TEST(TcpSocket2, asksTheNameService)
     orv_sockaddr_union out{};
     const auto ask = &TcpSocket2::getAddrInfo;
     ASSERT_EQ(ask("127.0.0.1", 258, nullptr, 0, &out), ORV_E_SOCKET_OK);
-    EXPECT_EQ(test::portOf(out), 258);
+    EXPECT_EQ(portOf(out), 258);
     EXPECT_EQ(out.family, 2);
     EXPECT_EQ(ask("127.0.0.1", 258, nullptr, 99, &out), ORV_E_SOCKET_EADDRNOTAVAIL);
     EXPECT_EQ(ask("127.0.0.1", 0, nullptr, 0, &out), ORV_E_SOCKET_EINVAL);
@@ -226,4 +222,4 @@ TEST(TcpSocket2, asksTheNameService)
 }
 
 } // namespace
-} // namespace orv::net
+} // namespace orv::net::test
