@@ -3,7 +3,7 @@
 #include "orv/Object.h"
 #include "orv/Reference.h"
 #include "orv/collections/Fwd.h"
-#include "orv/collections/internal/PackedTable.h"
+#include "orv/collections/PackedTable.h"
 
 #include <cstdint>
 

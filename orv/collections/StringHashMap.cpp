@@ -3,6 +3,7 @@
 #include "orv/collections/Set.h"
 #include "orv/collections/internal/TableGrowth.h"
 #include "orv/collections/quark/HashSet.h"
+#include "orv/internal/UnitScan.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "orv/String.h"
+#include "orv/Units.h"
 #include "orv/collections/Fwd.h"
-#include "orv/collections/internal/PackedTable.h"
-#include "orv/internal/UnitScan.h"
+#include "orv/collections/PackedTable.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orv/Units.h"
 #include "platform/orvcore.h"
 
 #include <cstdint>
@@ -10,15 +11,6 @@
 /// after ORVToLowerW(). Lengths count units and are not negative; nothing outside the runs is read.
 
 namespace orv::internal {
-
-/// Units that somebody else keeps readable.
-struct Units {
-    const char16_t* data;
-    std::int32_t length;
-
-    /// The units from `start` on.
-    Units from(std::int32_t start) const { return {data + start, length - start}; }
-};
 
 /// ORVToLowerW(), without a call for ASCII.
 inline char16_t foldedUnit(char16_t unit) noexcept

@@ -1,6 +1,6 @@
 #include "orv/collections/quark/ArrayList.h"
 
-#include "orv/collections/internal/DropAll.h"
+#include "orv/collections/DropAll.h"
 #include "orv/collections/internal/Index.h"
 #include "orv/collections/internal/ListMemory.h"
 

@@ -1,8 +1,9 @@
 #include "orv/collections/quark/HashMap.h"
 
+#include "orv/collections/DropAll.h"
 #include "orv/collections/internal/DirectOrder.h"
-#include "orv/collections/internal/DropAll.h"
 #include "orv/collections/internal/EntryOf.h"
+#include "orv/collections/internal/EntryPool.h"
 #include "orv/collections/internal/TableGrowth.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "orv/collections/internal/BucketArray.h"
+#include "orv/collections/BucketArray.h"
 #include "orv/collections/quark/AbstractMap.h"
 #include "orv/collections/quark/HashMapEntry.h"
 

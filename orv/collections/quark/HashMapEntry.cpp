@@ -1,8 +1,11 @@
 #include "orv/collections/quark/HashMapEntry.h"
 
+#include "orv/collections/internal/EntryPool.h"
 #include <utility>
 
 namespace orv::collections::quark {
+
+static_assert(sizeof(HashMapEntry) <= internal::EntryPool::PLACE);
 
 namespace {
 

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "orv/ComObject.h"
-#include "orv/collections/internal/EntryPool.h"
 #include "orv/collections/quark/MapEntry.h"
 #include "orv/quark/Implements.h"
+
+namespace orv::collections::internal {
+class EntryPool;
+}
 
 namespace orv::collections::quark {
 
@@ -48,7 +51,5 @@ private:
         internal::EntryPool* m_home;    ///< where its place goes, once it has left it
     };
 };
-
-static_assert(sizeof(HashMapEntry) <= internal::EntryPool::PLACE);
 
 } // namespace orv::collections::quark

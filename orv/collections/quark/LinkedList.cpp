@@ -1,6 +1,6 @@
 #include "orv/collections/quark/LinkedList.h"
 
-#include "orv/collections/internal/DropAll.h"
+#include "orv/collections/DropAll.h"
 #include "orv/collections/internal/Index.h"
 
 #include <utility>

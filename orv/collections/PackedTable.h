@@ -3,8 +3,8 @@
 #include "orv/Failure.h"
 #include "orv/Object.h"
 #include "orv/Reference.h"
-#include "orv/collections/internal/BucketArray.h"
-#include "orv/collections/internal/DropAll.h"
+#include "orv/collections/BucketArray.h"
+#include "orv/collections/DropAll.h"
 
 #include <algorithm>
 #include <array>
