@@ -27,8 +27,9 @@ class AsyncProcessorImpl;
 ///
 /// The stop is the destructor. It tells the threads to end, without waiting for them, and hands all
 /// that still waits to the target, in order and on its own thread; meanwhile, and a little longer,
-/// a thread may be busy with the entry that it had taken. Each entry reaches the target once.
-/// Release the processor before the process ends: what waits then is lost.
+/// a thread may be busy with the entry that it had taken, which later ones may then overtake. Each
+/// entry reaches the target once. Release the processor before the process ends: what waits then is
+/// lost.
 ///
 /// Errors: an exception of the target ends the thread that it meets, unreported; the others go on,
 /// and without any left the entries wait for the stop. At the stop it goes out of the destructor,

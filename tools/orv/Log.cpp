@@ -46,11 +46,18 @@ public:
             m_file->wait();
             const Bracket bracket(*m_file);
             m_writer->process(entry);
-        } catch (const orv::Exception& exception) {
+        } catch (...) {
             orv::Result none = S_OK;
-            m_failure.compare_exchange_strong(none, exception.getResult());
+            m_failure.compare_exchange_strong(none, orv::resultOfCurrentException());
             throw;
         }
+    }
+
+    /// Waits until the threads have processed so many entries, or one of them has failed and ended:
+    /// the stop of the queue then overtakes none that a thread is busy with.
+    void awaitThreads(std::int64_t entries) const
+    {
+        while (m_done < entries && m_failure == S_OK) orv::exec::Thread::sleep(1);
     }
 
     /// Waits until so many entries have been processed, by whatever thread, and ends the document.
@@ -199,6 +206,9 @@ void runLog(const Arguments& arguments, orv::io::PrintWriter&)
     std::int64_t entries = 0;
     named(u"cannot log to " + arguments.text(u"out"), [&] {
         for (String line; lines->readLine(line) >= 0; ++entries) logger->log(line);
+        if (arguments.has(u"threads") && arguments.number(u"threads", 0, MOST_THREADS) > 0) {
+            log->awaitThreads(entries);
+        }
         logger = nullptr;
         log->close(entries);
     });
