@@ -63,8 +63,8 @@ public:
     std::vector<std::int32_t> downward() const
     {
         std::vector<std::int32_t> keys;
-        for (auto chain = m_table.rbegin(); chain != m_table.rend(); ++chain) {
-            for (const Entry& entry : *chain) keys.push_back(entry.key);
+        for (std::size_t i = m_table.size(); i-- > 0;) {
+            for (const Entry& entry : m_table[i]) keys.push_back(entry.key);
         }
         return keys;
     }

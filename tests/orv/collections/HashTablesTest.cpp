@@ -202,17 +202,17 @@ TYPED_TEST(HashTables, stayAsTheyWereWithoutMemory)
     // one that grows.
     for (const std::int32_t keys : {0, 8, 16, 75}) {
         const auto make = [&] {
-            auto table = std::make_unique<TypeParam>(101, 0.75F);
-            for (std::int32_t key = 1; key <= keys; ++key) table->put(key, nullptr);
+            TypeParam table(101, 0.75F);
+            for (std::int32_t key = 1; key <= keys; ++key) table.put(key, nullptr);
             return table;
         };
-        const std::vector<std::int32_t> order = make()->order();
+        const std::vector<std::int32_t> order = make().order();
         memory.check(
             "put beside " + std::to_string(keys), make,
-            [](std::unique_ptr<TypeParam>& table) { table->put(1000, nullptr); },
-            [&](const std::unique_ptr<TypeParam>& table, bool done) {
-                EXPECT_EQ(table->map->getSize(), keys + (done ? 1 : 0));
-                EXPECT_TRUE(done || table->order() == order);
+            [](TypeParam& table) { table.put(1000, nullptr); },
+            [&](const TypeParam& table, bool done) {
+                EXPECT_EQ(table.map->getSize(), keys + (done ? 1 : 0));
+                EXPECT_TRUE(done || table.order() == order);
             });
     }
 }
@@ -227,17 +227,17 @@ TEST(StringHashMap, looksUpTextsByLength)
     struct Row {
         const char16_t* key;
         std::int32_t length;
-        bool there;
+        Found found;
     };
-    for (const Row& row : {Row{u"alpha", -1, true},
-                           {u"alphabet", 5, true},
-                           {u"alpha", 4, false},
-                           {u"Alpha", -1, false},
-                           {u"none", 4, false},
-                           {u"", -1, true},
-                           {nullptr, 0, true}}) {
-        EXPECT_EQ(map.containsKey(row.key, row.length), row.there);
-        EXPECT_EQ(tagOf(map.get(row.key, row.length)), row.there ? Found(4) : Found());
+    for (const Row& row : {Row{u"alpha", -1, 4},
+                           {u"alphabet", 5, 4},
+                           {u"alpha", 4, {}},
+                           {u"Alpha", -1, {}},
+                           {u"none", 4, {}},
+                           {u"", -1, 4},
+                           {nullptr, 0, 4}}) {
+        EXPECT_EQ(tagOf(map.get(row.key, row.length)), row.found);
+        EXPECT_EQ(map.containsKey(row.key, row.length), row.found.has_value());
     }
     EXPECT_TRUE(map.containsKey(String(u"alpha")));
     EXPECT_FALSE(map.containsKey(String(u"none")));
