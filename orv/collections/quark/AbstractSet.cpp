@@ -12,17 +12,17 @@ AbstractSet::~AbstractSet() noexcept(false) = default;
 
 std::int32_t AbstractSet::compareTo(const Object& other) const
 {
-    return Object::compareTo(other);
+    return AbstractCollection::compareTo(other);
 }
 
 bool AbstractSet::equals(const Object& other) const
 {
-    return Object::equals(other);
+    return AbstractCollection::equals(other);
 }
 
 std::uint32_t AbstractSet::hashCode() const
 {
-    return Object::hashCode();
+    return AbstractCollection::hashCode();
 }
 
 } // namespace orv::collections::quark
