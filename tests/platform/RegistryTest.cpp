@@ -67,7 +67,7 @@ std::vector<std::u16string> keysOf(const std::u16string& path)
 {
     ORVHandle handle = ORV_NO_HANDLE;
     if (ORVRegistryOpenKeyEnum(ORV_HKEY_USER, path.c_str(), &handle) < 0) return {u"none"};
-    const auto names = rest([&](char16_t* name, std::uint32_t* length) {
+    auto names = rest([&](char16_t* name, std::uint32_t* length) {
         return ORVRegistryEnumNextKey(handle, name, length);
     });
     ORVRegistryCloseEnum(handle);

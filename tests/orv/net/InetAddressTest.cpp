@@ -138,21 +138,5 @@ TEST(InetSocketAddress, printsForPeople)
     EXPECT_EQ(missing.getFamily(&family), ORV_E_SOCKET_EFAULT);
 }
 
-TEST(InetSocketAddress, findsPortsOfServices)
-{
-    std::uint16_t port = 1;
-    const auto ask = &InetSocketAddress::getPortHostOrderFromTcpServiceName;
-    EXPECT_EQ(ask("", &port), ORV_E_SOCKET_OK);
-    EXPECT_EQ(port, 0);
-    EXPECT_EQ(ask("http", &port), ORV_E_SOCKET_OK);
-    EXPECT_EQ(port, 80);
-    EXPECT_EQ(ask("no-such-service", &port), ORV_E_SOCKET_NO_DATA);
-    EXPECT_EQ(port, 0);
-    port = 1;
-    EXPECT_EQ(ask(nullptr, &port), ORV_E_SOCKET_EINVAL);
-    EXPECT_EQ(port, 0);
-    EXPECT_EQ(ask("http", nullptr), ORV_E_SOCKET_EINVAL);
-}
-
 } // namespace
 } // namespace orv::net

@@ -77,6 +77,10 @@ TEST(TcpServerSocket2, takesListsOfHosts)
         EXPECT_EQ(bindText(*server), row.text);
     }
     Owned<TcpServerSocket2> server = newServer();
+    std::uint16_t port = 1;
+    const auto portOf = &InetSocketAddress::getPortHostOrderFromTcpServiceName;
+    EXPECT_EQ(portOf("no-such-service", &port), ORV_E_SOCKET_NO_DATA);
+    EXPECT_EQ(port, 0);
     EXPECT_EQ(server->bindListAddAddrInfo("1.2.3.4", "http", 0), ORV_E_SOCKET_OK);
     EXPECT_EQ(bindText(*server), "1.2.3.4:80");
     EXPECT_EQ(server->bindListAddAddrInfo("1.2.3.4", "", 0), ORV_E_SOCKET_EINVAL);
@@ -156,22 +160,6 @@ TEST(TcpServerSocket2, reportsTheOneAddressItWasToldToSave)
     EXPECT_EQ(two->saveBoundAddresses(), ORV_E_SOCKET_OK);
     EXPECT_EQ(boundText(*two), "") << "of two none is saved";
     EXPECT_EQ(bindText(*two), "");
-}
-
-struct Probe : TcpServerSocket2 {
-    using TcpServerSocket2::Address;
-    using TcpServerSocket2::listAddressesDiagnosticStrA;
-};
-
-TEST(TcpServerSocket2, printsAPlaceWithoutAddress)
-{
-    ENUM_ORV_E_SOCKET error = ORV_E_SOCKET_OK;
-    const orv_sockaddr_union address = loopback(80);
-    const Probe::Address list[] = {std::make_unique<InetSocketAddress>(&address, &error), nullptr};
-    char text[100];
-    std::uint32_t size = sizeof text;
-    EXPECT_EQ(Probe::listAddressesDiagnosticStrA(list, 2, text, &size), ORV_E_SOCKET_OK);
-    EXPECT_STREQ(text, "127.0.0.1:80; [list(1)==NULL]");
 }
 
 TEST(TcpServerSocket2, endsAllItsWaitersWhenAnotherThreadCloses)

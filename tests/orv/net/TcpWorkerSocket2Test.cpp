@@ -206,11 +206,8 @@ TEST(TcpSocket2, asksTheNameService)
     EXPECT_EQ(out.family, 2);
     EXPECT_EQ(ask("127.0.0.1", 258, nullptr, 99, &out), ORV_E_SOCKET_EADDRNOTAVAIL);
     EXPECT_EQ(ask("127.0.0.1", 0, nullptr, 0, &out), ORV_E_SOCKET_EINVAL);
-    EXPECT_EQ(ask("127.0.0.1", 1, nullptr, 0, nullptr), ORV_E_SOCKET_EINVAL);
-    EXPECT_EQ(ask(nullptr, 1, nullptr, 0, &out), ORV_E_SOCKET_EINVAL);
-    for (const std::string& host : {std::string("no-such-host.invalid"), std::string(10'000, 'a'),
-                                    std::string("a b"), std::string()}) {
-        const ENUM_ORV_E_SOCKET result = ask(host.c_str(), 1, nullptr, 0, &out);
+    for (const char* host : {"no-such-host.invalid", "a b", ""}) {
+        const ENUM_ORV_E_SOCKET result = ask(host, 1, nullptr, 0, &out);
         EXPECT_TRUE(result == ORV_E_SOCKET_EAI_NONAME || result == ORV_E_SOCKET_EAI_AGAIN ||
                     result == ORV_E_SOCKET_EAI_FAIL)
             << std::hex << result;

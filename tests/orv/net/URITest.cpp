@@ -104,11 +104,9 @@ TEST(URI, whatIsAbsentIsRefusedAndWhatIsEmptyIsNot)
              std::function<void()>([&] { uri.getUser(false); }),
              {[&] { uri.getPassword(true); }},
              {[&] { uri.getHost(false); }},
-             {[&] { uri.getPath(false); }},
              {[&] { uri.getAuthority(false); }},
              {[&] { uri.getUserInfo(false); }},
              {[&] { URI().getScheme(); }},
-             {[&] { URI().getPort(); }},
              {[&] { URI(u"tcp:host").getHost(false); }},
          }) {
         EXPECT_TRUE(throwsEmptyException(action));
@@ -210,9 +208,13 @@ TEST(URI, pairsComeInTheOrderOfAHashMap)
         }
     }
     EXPECT_GT(map.getSize(), 200);
-    URI copy(uri);
+    URI copy(uri), assigned(u"s://h/p?a=1");
+    assigned = copy;
     copy.removeQueryPair(u"KEY0");
     copy.setQueryPair(u"x", u"1", false);
+    EXPECT_EQ(uri.getQuery(false), queryOf(map));
+    EXPECT_EQ(assigned.toString(), uri.toString());
+    assigned.removeAll();
     EXPECT_EQ(uri.getQuery(false), queryOf(map));
 
     URI parsed;
@@ -310,21 +312,6 @@ TEST(URI, escapesAreReadAsNumbers)
     EXPECT_EQ(uri.getHost(true).getLength(), 1) << "two bytes follow, one character";
 }
 
-TEST(URI, copiesAreOnTheirOwn)
-{
-    URI first(u"s://h/p?a=1");
-    URI second(first);
-    second.setQueryPair(u"a", u"2", false);
-    second.setHost(u"i", false);
-    EXPECT_EQ(first.toString(), u"s://h/p?a=1");
-    EXPECT_EQ(second.toString(), u"s://i/p?a=2");
-    first = second;
-    second.removeAll();
-    EXPECT_EQ(first.toString(), u"s://i/p?a=2");
-    first = second;
-    EXPECT_EQ(first.toString(), u"");
-}
-
 TEST(URI, aTextThatCannotBeLockedIsReported)
 {
     test::ForeignCharBuffer buffer(u"s://h\0"sv);
@@ -351,7 +338,6 @@ TEST(QueryKey, isBlindToCaseAsAnObjectOnly)
     EXPECT_GT(key.compareTo(other), 0);
     EXPECT_EQ(key.hashCode(), same.hashCode());
     EXPECT_EQ(key.hashCode(), String(u"\u00E4b").hashCode());
-    EXPECT_TRUE(key.equals(String(u"\u00E4b")));
     EXPECT_FALSE(key.equals(Exception()));
     EXPECT_THROW(key.compareTo(Exception()), CastFailedException);
     EXPECT_EQ(key, u"\u00C4b") << "the spelling stays";

@@ -1,12 +1,5 @@
 #include "orv/Reference.h"
-#include "orv/text/charset/ByteToCharConverter.h"
-#include "orv/text/charset/CharToByteConverter.h"
-#include "orv/text/charset/CharsetExceptions.h"
-
-#include "fuzz/judges/SlowConverters.h"
-#include "tests/support/Text.h"
-
-#include <gtest/gtest.h>
+#include "tests/orv/text/charset/Converting.h"
 
 #include <algorithm>
 #include <random>
@@ -317,6 +310,21 @@ std::string plainName(const testing::TestParamInfo<SlowEncoding>& row)
 }
 
 INSTANTIATE_TEST_SUITE_P(, Converters, testing::ValuesIn(test::slowEncodings), plainName);
+
+TEST(BTCAMP7, tellsOfSurrogatesBehindWhatItHasRead)
+{
+    const auto decoder =
+        Reference<ByteToCharConverter>(ByteToCharConverter::getConverter(u"AMP-7"));
+    std::int32_t from = 1;
+    try {
+        decoded(*decoder, "xy&_D800;", from);
+        FAIL();
+    } catch (const InvalidCharacterException& exception) {
+        EXPECT_EQ(exception.getDescription(),
+                  u"Invalid AMP-7 sequence (decoded chars in surrogate range)");
+    }
+    EXPECT_EQ(from, 2);
+}
 
 } // namespace
 } // namespace orv::text::charset
