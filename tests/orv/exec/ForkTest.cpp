@@ -51,7 +51,7 @@ TEST(Fork, leavesTheThreadsOfTheParentAlone)
     std::vector<Reference<Thread>> threads;
     std::atomic<bool> stop{false};
     std::atomic<long> turns{0};
-    const auto add = [&](std::function<void()> work) {
+    const auto add = [&](const std::function<void()>& work) {
         threads.push_back(startThread([&, work] {
             for (; !stop.load(std::memory_order_relaxed); ++turns) work();
         }));
