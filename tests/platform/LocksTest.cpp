@@ -51,33 +51,6 @@ struct Objects {
     ORVHandle mutex, event, gate, semaphore, lock, condition;
 };
 
-/// A thread that waits by `wait` and tells when it has gone to sleep, and what came of it.
-class Waiter {
-public:
-    template <class Wait>
-    explicit Waiter(Wait wait)
-        : m_thread([this, wait] {
-              m_id = orvcore::currentThreadId();
-              m_result = wait();
-          })
-    {
-    }
-    bool sleeps() const
-    {
-        return awaitTrue([this] { return m_id != 0; }) && awaitSleepOf(m_id);
-    }
-    ORVResult result()
-    {
-        m_thread.join();
-        return m_result;
-    }
-
-private:
-    std::atomic<std::uint32_t> m_id{0};
-    ORVResult m_result = -1;
-    std::thread m_thread;
-};
-
 TEST(Mutex, excludesUnderContention)
 {
     const Objects objects;
@@ -116,14 +89,19 @@ TEST(TimedWaits, lastAsLongAsToldThroughInterruptions)
 TEST(Gate, anOpeningLetsAllSleepersPassThoughItClosesAtOnce)
 {
     const Objects objects;
-    const auto wait = [&] { return ORVGateTimedWait(objects.gate, longTime); };
     for (int round = 0; round < 3; ++round) {
-        Waiter first(wait), second(wait);
-        EXPECT_TRUE(first.sleeps() && second.sleeps());
+        std::atomic<std::uint32_t> ids[2] = {};
+        std::vector<std::thread> sleepers;
+        for (auto& id : ids) {
+            sleepers.emplace_back([&] {
+                id = orvcore::currentThreadId();
+                EXPECT_EQ(ORVGateTimedWait(objects.gate, longTime), S_OK);
+            });
+        }
+        for (auto& id : ids) EXPECT_TRUE(awaitTrue([&] { return id != 0; }) && awaitSleepOf(id));
         ORVGateOpen(objects.gate);
         ORVGateClose(objects.gate);
-        EXPECT_EQ(first.result(), S_OK);
-        EXPECT_EQ(second.result(), S_OK);
+        for (std::thread& sleeper : sleepers) sleeper.join();
     }
 }
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <random>
 #include <string>
 #include <vector>
@@ -13,40 +12,26 @@
 
 namespace {
 
-// Two pages of which the second may not be touched.
-class GuardedPage {
-public:
-    GuardedPage() : m_size(static_cast<std::size_t>(sysconf(_SC_PAGESIZE)))
-    {
-        void* pages =
-            mmap(nullptr, 2 * m_size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        m_start = static_cast<char16_t*>(pages);
-        mprotect(end(), m_size, PROT_NONE);
-    }
-    ~GuardedPage() { munmap(m_start, 2 * m_size); }
-    GuardedPage(const GuardedPage&) = delete;
-    GuardedPage& operator=(const GuardedPage&) = delete;
-
-    char16_t* end() const { return m_start + m_size / sizeof(char16_t); }
-
-private:
-    std::size_t m_size;
-    char16_t* m_start;
-};
-
 TEST(Text, lengthNeverReadsPastThePage)
 {
-    const GuardedPage page;
+    // Two pages of which the second may not be touched.
+    const auto size = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    void* const pages =
+        mmap(nullptr, 2 * size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(pages, MAP_FAILED);
+    char16_t* const end = static_cast<char16_t*>(pages) + size / sizeof(char16_t);
+    ASSERT_EQ(mprotect(end, size, PROT_NONE), 0);
     for (int length = 0; length < 40; ++length) {
         for (int behind = 0; behind < 10; ++behind) {
-            char16_t* text = page.end() - behind - 1 - length;
+            char16_t* text = end - behind - 1 - length;
             std::fill(text - 9, text, u'\0');
             std::fill_n(text, length, u'\x0100'); // one byte of each unit is 0
-            std::fill(text + length, page.end(), u'\0');
+            std::fill(text + length, end, u'\0');
             ASSERT_EQ(ORVStrLenW(text), length) << behind;
             ASSERT_EQ(ORVStrLenW_32(text), length) << behind;
         }
     }
+    munmap(pages, 2 * size);
     EXPECT_EQ(ORVStrLenA("four"), 4);
     EXPECT_EQ(ORVStrLenA_32(""), 0);
 }
@@ -58,13 +43,10 @@ TEST(Text, tokensSkipLeadingDelimitersAndEndOnTheTerminator)
         const char16_t* delimiters;
         std::vector<std::u16string> tokens;
     };
-    const std::array<Row, 6> rows{Row{u"one two", u" ", {u"one", u"two"}},
-                                  Row{u"  one   two  ", u" ", {u"one", u"two"}},
-                                  Row{u",a;b,;c", u",;", {u"a", u"b", u"c"}},
-                                  Row{u"   ", u" ", {}},
-                                  Row{u"", u" ", {}},
-                                  Row{u"whole text", u"", {u"whole text"}}};
-    for (const Row& row : rows) {
+    for (const Row& row :
+         {Row{u"one two", u" ", {u"one", u"two"}}, Row{u"  one   two  ", u" ", {u"one", u"two"}},
+          Row{u",a;b,;c", u",;", {u"a", u"b", u"c"}}, Row{u"   ", u" ", {}}, Row{u"", u" ", {}},
+          Row{u"whole text", u"", {u"whole text"}}}) {
         std::u16string text = row.text;
         char16_t* position = text.data();
         std::vector<std::u16string> tokens;
