@@ -28,7 +28,7 @@ Reference<AsyncProcessor> AsyncProcessor::create(ILogProcessor* target, std::int
     if (target == nullptr) throwResult(E_POINTER);
     auto impl = makeReference<AsyncProcessorImpl>(target, threadCount);
     // Where a thread cannot be started, the destructor stops those before it.
-    const Reference<AsyncProcessor> processor(new AsyncProcessor(impl));
+    Reference<AsyncProcessor> processor(new AsyncProcessor(impl));
     impl->start();
     return processor;
 }

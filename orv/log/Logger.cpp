@@ -9,7 +9,6 @@ namespace orv::log {
 
 namespace {
 
-using internal::Standard;
 using internal::StandardFields;
 
 /// A read bracket over a text that is to be copied.

@@ -16,7 +16,10 @@
 namespace orvcore {
 namespace {
 
-constexpr int busyMilliseconds = 10'000;
+// Who finds the store busy looks again, often, since the gap between two writers is short: for a
+// minute, which only a store on a very slow disk takes.
+constexpr std::uint32_t lookMicroseconds = 300;
+constexpr int mostLooks = 200'000;
 constexpr std::uint32_t damaged = 1009;
 constexpr std::uint32_t newer = 1306;
 
@@ -74,11 +77,11 @@ ORVResult resultOf(sqlite3* database) noexcept
     }
 }
 
-/// Waits a little for other processes; after `turns` such waits it gives up.
+/// Waits a little for other processes; says no after many such waits.
 int waitForOthers(void*, int turns) noexcept
 {
-    napFor(1000);
-    return turns < busyMilliseconds ? 1 : 0;
+    napFor(lookMicroseconds);
+    return turns < mostLooks ? 1 : 0;
 }
 
 /// Makes an empty file that only the user may read, unless there is a file.

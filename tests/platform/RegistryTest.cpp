@@ -348,7 +348,8 @@ TEST_F(Registry, keepsWhatItHasWhenTheDiskIsFull)
 
 TEST_F(Registry, isSharedByThreadsAndProcesses)
 {
-    // All begin at a store that is not there.
+    // All begin at a store that is not there, and are not held up by the disk.
+    const orv::test::ScopedVariable flush("ORV_FLUSH", "process");
     {
         std::vector<std::unique_ptr<Writer>> writers;
         for (const char* key : {"p\\1", "p\\2", "p\\1\\sub"}) {
