@@ -110,27 +110,13 @@ TEST(AsyncProcessor, aFailureEndsTheThreadAndTheRestWaitsForTheStop)
         std::runtime_error);
 }
 
-/// Entries known by their level, each of which has to be seen once.
-class Ledger {
-public:
-    explicit Ledger(std::size_t count) : m_seen(count) {}
-
-    void note(const ILogEntry& entry) { ++m_seen[static_cast<std::size_t>(levelOf(entry))]; }
-    void expectAllOnce() const
-    {
-        for (std::size_t i = 0; i < m_seen.size(); ++i) ASSERT_EQ(m_seen[i], 1) << "entry " << i;
-    }
-
-private:
-    std::vector<std::atomic<int>> m_seen;
-};
-
-// Two producers run until the moment of the stop, which is their last reference's.
+// Two producers run until the moment of the stop, which is their last reference's. Each entry has
+// to be seen once; entries are known by their level.
 void runToTheStop(std::int32_t threads, std::int32_t entries, bool fails)
 {
-    Ledger ledger(static_cast<std::size_t>(2 * entries));
+    std::vector<std::atomic<int>> seen(static_cast<std::size_t>(2 * entries));
     const auto target = calling([&](const ILogEntry& entry) {
-        ledger.note(entry);
+        ++seen[static_cast<std::size_t>(levelOf(entry))];
         if (fails && levelOf(entry) % 50 == 0) throw std::runtime_error("fails");
     });
     std::vector<Reference<ILogProcessor>> owned(2, AsyncProcessor::create(target.get(), threads));
@@ -151,7 +137,7 @@ void runToTheStop(std::int32_t threads, std::int32_t entries, bool fails)
         std::jthread second(produce, 1);
     }
     ASSERT_TRUE(awaitTrue([&] { return target->GetRefCount() == 1; }));
-    ledger.expectAllOnce();
+    for (const auto& times : seen) ASSERT_EQ(times, 1) << "entry " << &times - seen.data();
 }
 
 TEST(AsyncProcessor, losesAndDoublesNothingInThousandsOfStops)
@@ -187,7 +173,6 @@ TEST(QuarkProcessor, passesEntriesToComponentsAndFailuresBack)
     EXPECT_EQ(target->calls, 2);
     const auto foreign = makeReference<test::ForeignEntry>(*empty);
     EXPECT_EQ(io::test::codeThrownBy([&] { logger->log(foreign.get()); }), 0x80004002);
-    EXPECT_EQ(target->calls, 2);
 }
 
 } // namespace

@@ -1,9 +1,12 @@
+#include "orv/collections/List.h"
+#include "orv/collections/StringHashMap.h"
+#include "orv/collections/quark/ArrayList.h"
+#include "orv/i18n/StringMapBundle.h"
+#include "orv/log/MultiProcessor.h"
+#include "orv/log/StringBundleLogger.h"
+#include "orv/log/SyncLogger.h"
 #include "tests/orv/log/Entries.h"
 
-#include "orv/log/MultiProcessor.h"
-#include "orv/log/SyncLogger.h"
-
-#include <atomic>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -14,27 +17,21 @@ namespace {
 using test::basicText;
 using test::calling;
 
-/// A logger with a processor that keeps the entries.
+/// A logger with a processor that keeps what it prints.
 struct Kept {
     explicit Kept(const Reference<Logger>& to) : logger(to)
     {
         logger->addProcessor(
-            calling([this](const ILogEntry& entry) { entries.emplace_back(&entry); }).get());
-    }
-    std::u16string texts() const
-    {
-        std::u16string all;
-        for (const auto& entry : entries) all += basicText(*entry);
-        return all;
+            calling([this](const ILogEntry& entry) { texts += basicText(entry); }).get());
     }
 
     Reference<Logger> logger;
-    std::vector<Reference<const ILogEntry>> entries;
+    std::u16string texts;
 };
 
 const std::u16string LINE = u"-------------------------\n";
 
-TEST(Logger, putsItsFieldsInEntries)
+TEST(Logger, putsItsFieldsInEntriesWhileItIsEnabled)
 {
     Kept plain(Logger::create());
     plain.logger->log(3, u"one");
@@ -43,33 +40,20 @@ TEST(Logger, putsItsFieldsInEntries)
     plain.logger->enableField(u"SEQUENCE", true);
     plain.logger->enableField(u"Level", false);
     plain.logger->enableField(u"sequences", true);
+    plain.logger->setEnabled(false);
+    plain.logger->log(1, u"never, and not counted");
+    EXPECT_FALSE(plain.logger->isEnabled());
+    plain.logger->setEnabled(true);
     plain.logger->log(5, u"");
-    EXPECT_EQ(plain.texts(), u"level=3\ntext=one\n" + LINE + u"level=-4\ntext=two\n" + LINE +
-                                 u"sequence=2\ntext=\n" + LINE);
+    EXPECT_EQ(plain.texts, u"level=3\ntext=one\n" + LINE + u"level=-4\ntext=two\n" + LINE +
+                               u"sequence=2\ntext=\n" + LINE);
 
     Kept named(Logger::create(u"web"));
     named.logger->log(1, u"a\nb");
-    EXPECT_EQ(named.texts(), u"level=1\ntext=a\nb\nname=web\n" + LINE);
+    EXPECT_EQ(named.texts, u"level=1\ntext=a\nb\nname=web\n" + LINE);
 }
 
-TEST(Logger, thatIsDisabledMakesAndCountsNothing)
-{
-    Kept kept(Logger::create());
-    kept.logger->enableField(u"sequence", true);
-    kept.logger->enableField(u"text", false);
-    kept.logger->setEnabled(false);
-    kept.logger->log(1, u"never");
-    EXPECT_FALSE(kept.logger->isEnabled());
-    EXPECT_TRUE(kept.entries.empty());
-    kept.logger->setEnabled(true);
-    kept.logger->log(1, u"first");
-    EXPECT_EQ(kept.texts(), u"sequence=0\nlevel=1\n" + LINE);
-}
-
-class CustomLogger : public Logger {
-public:
-    using Logger::log;
-
+class CustomLogger : public test::OpenLogger {
 protected:
     void addCustomFields(ILogEntry* entry) override
     {
@@ -82,36 +66,38 @@ TEST(Logger, letsSubclassesAddFieldsAndHandOverEntries)
 {
     const auto custom = makeReference<CustomLogger>();
     Kept kept(custom);
-    kept.logger->log(1, u"x");
-    EXPECT_EQ(test::namesOf(*kept.entries[0]), u"level text user id=\"7\" ");
-    EXPECT_EQ(kept.texts(), u"level=high\ntext=x\nuser id=\"7\"=ann\n" + LINE);
-
-    const auto open = makeReference<test::OpenLogger>();
-    Kept others(open);
-    open->enableField(u"sequence", true);
-    open->setEnabled(false);
-    open->log(LogEntry::create().get());
-    open->setEnabled(true);
-    open->Logger::log(2, u"y");
-    EXPECT_EQ(others.texts(), LINE + u"sequence=1\nlevel=2\ntext=y\n" + LINE);
+    custom->enableField(u"sequence", true);
+    custom->setEnabled(false);
+    custom->log(LogEntry::create().get());
+    custom->setEnabled(true);
+    custom->Logger::log(1, u"x");
+    EXPECT_EQ(kept.texts, LINE + u"sequence=1\nlevel=high\ntext=x\nuser id=\"7\"=ann\n" + LINE);
 }
 
 TEST(Logger, setProcessorLeavesOne)
 {
-    int first = 0;
-    int second = 0;
+    std::string calls;
     const auto logger = Logger::create();
-    const auto counting = calling([&](const ILogEntry&) { ++first; });
+    const auto counting = calling([&](const ILogEntry&) { calls += 'a'; });
     logger->addProcessor(counting.get());
     logger->addProcessor(counting.get());
     logger->log(u"to both");
-    EXPECT_EQ(first, 2);
-    logger->setProcessor(calling([&](const ILogEntry&) { ++second; }).get());
+    logger->setProcessor(calling([&](const ILogEntry&) { calls += 'b'; }).get());
     logger->log(u"to one");
-    EXPECT_EQ(first, 2);
-    EXPECT_EQ(second, 1);
+    EXPECT_EQ(calls, "aab");
     EXPECT_EQ(Logger::createProcessor(u"file"), nullptr);
     EXPECT_THROW(logger->addProcessor(nullptr), ResultException);
+}
+
+template <class Body>
+void fromFourThreads(Body body)
+{
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] {
+            for (int n = 0; n < 1000; ++n) body();
+        });
+    }
 }
 
 TEST(MultiProcessor, callsInOrderOneEntryAtATimeAndStopsAtAFailure)
@@ -124,58 +110,91 @@ TEST(MultiProcessor, callsInOrderOneEntryAtATimeAndStopsAtAFailure)
     std::string calls;
     bool fails = false;
     int inside = 0;
-    const auto noting = [&](char letter) {
-        return calling([&, letter](const ILogEntry&) {
+    for (const char letter : {'a', 'b', 'c'}) {
+        const auto noting = calling([&, letter](const ILogEntry&) {
             EXPECT_EQ(++inside, 1);
             calls += letter;
             --inside;
             if (fails && letter == 'b') throw std::runtime_error("b");
         });
-    };
-    for (const char letter : {'a', 'b', 'c'}) multi->addProcessor(noting(letter).get());
+        multi->addProcessor(noting.get());
+    }
     logger->log(u"to all");
     fails = true;
     EXPECT_THROW(logger->log(u"as far as b"), std::runtime_error);
     EXPECT_EQ(calls, "abcab");
-
     fails = false;
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] {
-            for (int n = 0; n < 1000; ++n) logger->log(u"from several threads");
-        });
-    }
-    threads.clear();
+    fromFourThreads([&] { logger->log(u"from several threads"); });
     EXPECT_EQ(calls.size(), 5u + 3 * 4000);
 }
 
-class BusyLogger : public ::orv::quark::Implements<Object, ILevelLogger> {
+/// What loggers log to; fails where the level is negative.
+class Target : public ::orv::quark::Implements<Object, ILevelLogger> {
 public:
-    void log(std::int32_t level, const String&) override
+    void log(std::int32_t newLevel, const String& newText) override
     {
         EXPECT_EQ(++inside, 1);
-        sum += level;
+        level = newLevel;
+        text = newText;
+        ++calls;
         --inside;
-        if (level == 0) throw std::runtime_error("zero");
+        if (level < 0) throw std::runtime_error("closed");
     }
 
-    int inside = 0;
-    int sum = 0;
+    int inside = 0, calls = 0;
+    std::int32_t level = 0;
+    String text;
 };
 
 TEST(SyncLogger, letsOneCallThroughAtATime)
 {
-    const auto target = makeReference<BusyLogger>();
+    const auto target = makeReference<Target>();
     const auto logger = makeReference<SyncLogger>(target.get());
-    EXPECT_THROW(logger->log(0, u""), std::runtime_error);
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] {
-            for (int n = 0; n < 1000; ++n) logger->log(1, u"x");
-        });
+    EXPECT_THROW(logger->log(-1, u""), std::runtime_error);
+    fromFourThreads([&] { logger->log(1, u"x"); });
+    EXPECT_EQ(target->calls, 4001);
+}
+
+class Unprintable : public Object {
+public:
+    String toString() const override { throw Exception(); }
+};
+
+TEST(StringBundleLogger, fillsInTheArgumentsOrNone)
+{
+    const auto map = makeReference<collections::StringHashMap>();
+    const auto bundle = makeReference<i18n::StringMapBundle>(map.get(), nullptr);
+    const auto target = makeReference<Target>();
+    StringBundleLogger logger(bundle.get(), target.get());
+    const Reference<Object> objects[] = {makeReference<String>(u"<{1}>"),
+                                         makeReference<Integer32>(7), makeReference<Unprintable>()};
+    struct Row {
+        const char16_t* pattern;
+        std::vector<int> arguments;
+        const char16_t* text;
+    };
+    for (const Row& row : {Row{u"{0} and {0}", {}, u"{0} and {0}"},
+                           {u"{0} and {0}", {0}, u"<{1}> and <{1}>"},
+                           {u"{1}-{0}", {0}, u"{1}-{0}"},
+                           {u"{1}-{0}", {0, 1}, u"7-<{1}>"},
+                           {u"{0}{1}{0}", {0, 1}, u"<{1}>7<{1}>"},
+                           {u"{0} {2}", {0, 1}, u"<{1}> {2}"},
+                           {u"{0}", {2}, u"{0}"},
+                           {nullptr, {0}, u"{0} key"}}) { // no text, so nothing is filled in
+        collections::List<Object> arguments(makeReference<collections::quark::ArrayList>().get());
+        for (const int index : row.arguments) arguments.add(objects[index].get());
+        map->clear();
+        if (row.pattern != nullptr) {
+            map->put(u"{0} key", makeReference<String>(row.pattern).get());
+        }
+        logger.log(3, u"{0} key", arguments);
+        EXPECT_EQ(target->text, row.text);
+        EXPECT_EQ(target->level, 3);
+        EXPECT_THROW(logger.log(-1, u"{0} key", arguments), std::runtime_error);
+        logger.log(4, u"{0} key");
+        EXPECT_EQ(target->text, row.pattern == nullptr ? u"{0} key" : row.pattern);
+        EXPECT_EQ(target->level, 4);
     }
-    threads.clear();
-    EXPECT_EQ(target->sum, 4000);
 }
 
 } // namespace
