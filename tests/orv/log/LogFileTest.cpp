@@ -39,6 +39,7 @@ Reference<Logger> loggerTo(const Reference<ILogProcessor>& processor)
 
 TEST(LogFile, holdsWhatWasLoggedWhenTheProcessIsKilled)
 {
+    const std::string whole = "level=1\ntext=first\n" + LINE + "level=2\ntext=last words\n" + LINE;
     for (const std::uint32_t mode :
          {FileOutputStream::TRUNC,
           FileOutputStream::LOCK | FileOutputStream::ATEND | FileOutputStream::KEEPCLOSED}) {
@@ -51,14 +52,16 @@ TEST(LogFile, holdsWhatWasLoggedWhenTheProcessIsKilled)
             return 0;
         });
         EXPECT_EQ(child.exitCode(), -1);
-        EXPECT_EQ(folder.read("log.txt"),
-                  "level=1\ntext=first\n" + LINE + "level=2\ntext=last words\n" + LINE);
+        EXPECT_EQ(folder.read("log.txt"), whole);
     }
 }
 
 // The file may grow to a limit that falls into the second entry, and later beyond it.
 TEST(LogFile, thatFillsUpReportsItAndHoldsNoTornEntry)
 {
+    const std::string first = "level=1\ntext=fits\n" + LINE;
+    const std::string whole =
+        first + "level=2\ntext=does not fit\n" + LINE + "level=3\ntext=fits again\n" + LINE;
     for (const std::uint32_t mode :
          {FileOutputStream::TRUNC, FileOutputStream::ATEND, FileOutputStream::APPEND,
           FileOutputStream::LOCK | FileOutputStream::ATEND}) {
@@ -70,32 +73,15 @@ TEST(LogFile, thatFillsUpReportsItAndHoldsNoTornEntry)
             rlimit limit{60, RLIM_INFINITY};
             ::setrlimit(RLIMIT_FSIZE, &limit);
             if (io::test::codeThrownBy([&] { logger->log(2, u"does not fit"); }) == 0) return 1;
-            if (folder.read("log.txt") != "level=1\ntext=fits\n" + LINE) return 2;
+            if (folder.read("log.txt") != first) return 2;
             limit.rlim_cur = RLIM_INFINITY;
             ::setrlimit(RLIMIT_FSIZE, &limit);
             logger->log(3, u"fits again");
             return 0;
         });
         EXPECT_EQ(child.exitCode(), 0) << mode;
-        EXPECT_EQ(folder.read("log.txt"), "level=1\ntext=fits\n" + LINE +
-                                              "level=2\ntext=does not fit\n" + LINE +
-                                              "level=3\ntext=fits again\n" + LINE)
-            << mode;
+        EXPECT_EQ(folder.read("log.txt"), whole) << mode;
     }
-}
-
-TEST(LogFile, thatIsRemovedIsMadeAgainWhereItIsKeptClosed)
-{
-    const TemporaryFolder folder;
-    const auto logger = loggerTo(writerTo(folder.file(u"closed.txt"),
-                                          FileOutputStream::KEEPCLOSED | FileOutputStream::ATEND));
-    logger->addProcessor(writerTo(folder.file(u"open.txt"), FileOutputStream::APPEND).get());
-    logger->log(1, u"gone");
-    std::filesystem::remove(folder.path() / "closed.txt");
-    std::filesystem::remove(folder.path() / "open.txt");
-    logger->log(2, u"there");
-    EXPECT_EQ(folder.read("closed.txt"), "level=2\ntext=there\n" + LINE);
-    EXPECT_FALSE(std::filesystem::exists(folder.path() / "open.txt"));
 }
 
 TEST(LogFile, isWrittenOnWhileTheProcessForks)

@@ -26,7 +26,7 @@ const std::u16string HEADER = u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<log
 
 Reference<LogEntry> entryOf(const char16_t* name, const String& value)
 {
-    const auto entry = LogEntry::create();
+    auto entry = LogEntry::create();
     entry->setField(name, makeReference<String>(value).get());
     return entry;
 }

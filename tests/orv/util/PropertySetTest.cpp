@@ -80,9 +80,9 @@ public:
 /// The names in order, a blank behind each.
 std::u16string namesOf(PropertySet& set)
 {
-    std::multiset<std::u16string> names;
+    std::set<std::u16string> names;
     const Reference<const Set<String>> keys = set.getKeys();
-    for (const String* key : *keys) names.insert(key->getData());
+    for (const String* key : *keys) EXPECT_TRUE(names.insert(key->getData()).second);
     std::u16string all;
     for (const auto& name : names) all += name + u" ";
     return all;
@@ -117,10 +117,8 @@ TEST(PropertySet, shadowsItsParentsAndChangesItselfOnly)
 TEST(PropertySet, servesComponentsByResults)
 {
     const auto set = makeReference<PropertySet>();
+    quark::IPropertySet* const face = set.get();
     void* found = nullptr;
-    EXPECT_EQ(set->QueryInterface(quark::IPropertySet::IID, &found), S_OK);
-    const auto face =
-        Reference<quark::IPropertySet>::adopt(static_cast<quark::IPropertySet*>(found));
     test::ForeignCharBuffer value(u"text"sv);
     EXPECT_EQ(face->Set(u"name", &value), S_OK);
     EXPECT_EQ(value.count(), 1u);
