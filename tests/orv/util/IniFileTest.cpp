@@ -249,10 +249,11 @@ TEST_F(IniFiles, thatAreMissingMayBeRefused)
     ASSERT_EQ(::stat((m_folder.path() / "a.ini").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0111, 0u);
 
-    for (const auto& [name, said] :
+    for (const auto& row :
          {std::pair<const char16_t*, const char*>{nullptr, ""}, {u"/no/file", "/no/file"}}) {
-        EXPECT_EQ(refusalOf(IniFileException::TYPE_LOAD_FAILED, [&] { IniFile(name, nullptr, 1); }),
-                  said);
+        EXPECT_EQ(
+            refusalOf(IniFileException::TYPE_LOAD_FAILED, [&] { IniFile(row.first, nullptr, 1); }),
+            row.second);
     }
 }
 
