@@ -33,31 +33,44 @@ public:
     bool equals(const Object& other) const override { return m_collection->equals(untyped(other)); }
     std::uint32_t hashCode() const override { return m_collection->hashCode(); }
 
+    /// Adds `element`; whether the collection has changed.
     virtual bool add(T* element) { return m_collection->add(toUnknown(element)); }
+    /// Whether an element equals `element`, by the comparator of the untyped collection.
     virtual bool contains(const T* element) const
     {
         return m_collection->contains(toUnknown(element));
     }
+    /// Removes the first element that equals `element`; whether there was one.
     virtual bool remove(const T* element) { return m_collection->remove(toUnknown(element)); }
+    /// Adds the elements of `other` one by one; whether any changed this collection.
     virtual bool addAll(const Collection& other)
     {
         return m_collection->addAll(*other.m_collection);
     }
+    /// Removes all elements.
     virtual void clear() { m_collection->clear(); }
+    /// An iterator before the first element.
     virtual Reference<Iterator<T>> createIterator()
     {
         return makeReference<Iterator<T>>(m_collection->createIterator().get());
     }
+    /// The same for reading.
     virtual Reference<ConstIterator<T>> createConstIterator() const
     {
         return makeReference<ConstIterator<T>>(m_collection->createConstIterator().get());
     }
+    /// The number of elements.
     virtual std::int32_t getSize() const { return m_collection->getSize(); }
+    /// Whether there are no elements.
     virtual bool isEmpty() const { return m_collection->isEmpty(); }
+    /// Calls remove() of the untyped collection once for each element of `other`; whether any was
+    /// removed.
     virtual bool removeAll(const Collection& other)
     {
         return m_collection->removeAll(*other.m_collection);
     }
+    /// Removes each element that `other` does not contain; whether there was one. Ends at the first
+    /// removal with an Exception, as quark::Collection::retainAll() does, when elements follow.
     virtual bool retainAll(const Collection& other)
     {
         return m_collection->retainAll(*other.m_collection);

@@ -75,6 +75,7 @@ public:
     std::int32_t previousIndex() const { return m_steps->previousIndex(); }
 
 protected:
+    /// The untyped iterator, of which a count is held.
     Reference<Steps> m_steps;
 };
 

@@ -69,8 +69,11 @@ public:
     bool equals(const Object& other) const override { return m_map->equals(untyped(other)); }
     std::uint32_t hashCode() const override { return m_map->hashCode(); }
 
+    /// Removes all entries.
     virtual void clear() { m_map->clear(); }
+    /// Whether there is an entry for `key`.
     virtual bool containsKey(const K* key) const { return m_map->containsKey(toUnknown(key)); }
+    /// Whether there is an entry with a value that equals `value`.
     virtual bool containsValue(const V* value) const
     {
         return m_map->containsValue(toUnknown(value));
@@ -96,7 +99,9 @@ public:
 
     /// The value of `key`, null without an entry.
     virtual Reference<V> get(const K* key) const { return typed(m_map->get(toUnknown(key))); }
+    /// The number of entries.
     virtual std::int32_t getSize() const { return m_map->getSize(); }
+    /// Whether there are no entries.
     virtual bool isEmpty() const { return m_map->isEmpty(); }
 
     /// Gives `key` the value `value`; returns the value before, null without one.
@@ -104,6 +109,7 @@ public:
     {
         return typed(m_map->put(toUnknown(key), toUnknown(value)));
     }
+    /// Puts the entries of `other` one by one.
     virtual void putAll(const Map& other) { m_map->putAll(*other.m_map); }
 
     /// Removes the entry of `key`; returns its value, null without an entry.

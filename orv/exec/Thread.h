@@ -36,6 +36,7 @@ public:
     /// As the copy constructor. Throws CloneNotSupportedException for an object of a derived class.
     Object* clone() const override;
 
+    /// The name given at construction, empty without one.
     String getName() const { return m_name; }
 
     /// Sets the room for the stack, in bytes; too small a size is raised to what a thread needs, 0

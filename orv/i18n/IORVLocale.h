@@ -15,8 +15,11 @@ public:
     static constexpr GUID IID{
         0xF5E59574, 0x1FAA, 0x4F07, {0x85, 0x83, 0xE2, 0xC2, 0x81, 0xC6, 0xF7, 0xE6}};
 
+    /// Fills `text` with the language, as "de"; empty where the locale has none.
     virtual Result GetLanguage(util::ICharBuffer* text) const = 0;
+    /// Fills `text` with the country, as "AT"; empty where the locale has none.
     virtual Result GetCountry(util::ICharBuffer* text) const = 0;
+    /// Fills `text` with the variant, as "euro"; empty where the locale has none.
     virtual Result GetVariant(util::ICharBuffer* text) const = 0;
 
     // Names for people to read, in the default language or in that of `locale`.

@@ -36,8 +36,11 @@ public:
 
     Result QueryInterface(const GUID& iid, void** out) override;
 
+    /// The language, empty where there is none.
     String getLanguage() const { return m_language; }
+    /// The country, empty where there is none.
     String getCountry() const { return m_country; }
+    /// The variant, empty where there is none.
     String getVariant() const { return m_variant; }
     /// Language, "_" and country, "@" and variant; what is empty is left out.
     String toString() const override;
@@ -46,6 +49,8 @@ public:
     /// Whether `other` is a Locale of the same text.
     bool equals(const Object& other) const override;
 
+    /// There are no names for people to read: throws an Exception without description, whatever
+    /// `in` is.
     [[noreturn]] String getDisplayName(Locale* in) const;
     [[noreturn]] String getDisplayLanguage(Locale* in) const;
     [[noreturn]] String getDisplayCountry(Locale* in) const;

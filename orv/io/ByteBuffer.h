@@ -64,10 +64,15 @@ public:
     /// Of at most 63 bytes, taken at equal steps over the capacity.
     std::uint32_t hashCode() const override;
 
+    /// The byte order of numbers.
     ENUM_ORV_ENDIAN getOrder() const noexcept { return m_order; }
+    /// The index at which the operations without one read and write.
     std::uint32_t getPosition() const noexcept { return m_position; }
+    /// The index of the first byte that is not to be read or written.
     std::uint32_t getLimit() const noexcept { return m_limit; }
+    /// The bytes of the array.
     std::uint32_t getCapacity() const noexcept { return m_capacity; }
+    /// Whether the put operations throw ReadOnlyException.
     bool isReadOnly() const noexcept { return m_readOnly; }
     /// Limit less position, which wraps where the position is above the limit.
     std::uint32_t remaining() const noexcept { return m_limit - m_position; }

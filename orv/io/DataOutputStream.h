@@ -28,8 +28,11 @@ public:
     explicit DataOutputStream(OutputStream* out) : FilterOutputStream(out) {}
     ~DataOutputStream() noexcept(false) override;
 
+    /// Writes one byte, 1 for true and 0 for false.
     virtual void writeBool(bool value);
+    /// Writes the byte as it is.
     virtual void writeByte(signed char value);
+    /// Writes the value, the high byte first: 2 bytes for 16 bits, 4 for 32.
     virtual void writeChar16(char16_t value);
     virtual void writeChar32(std::uint32_t value);
     virtual void writeInt16(std::int16_t value);

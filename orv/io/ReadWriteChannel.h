@@ -14,6 +14,7 @@ namespace orv::io {
 class ORV_API ReadWriteChannel
     : public ::orv::quark::Implements<Object, IChannel, quark::IORVChannel> {
 public:
+    /// Takes a count on both, neither of which may be null.
     ReadWriteChannel(IReadChannel* in, IWriteChannel* out);
     ~ReadWriteChannel() noexcept(false) override;
 

@@ -36,6 +36,7 @@ protected:
     /// The text of `entry`, with the end of its last line.
     virtual String format(const ILogEntry* entry) = 0;
 
+    /// The Writer given at construction, borrowed.
     io::Writer& writer() const noexcept { return *m_writer; }
 
 private:

@@ -45,6 +45,7 @@ public:
     explicit Logger(const String& name);
     ~Logger() noexcept(false) override;
 
+    /// A logger without processors; with `name`, its entries have that as their field "name".
     [[nodiscard]] static Reference<Logger> create();
     [[nodiscard]] static Reference<Logger> create(const String& name);
 

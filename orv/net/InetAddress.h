@@ -68,6 +68,7 @@ protected:
     /// Copies the address of the entry, with `port`; null makes an empty one.
     InetAddress(const addrinfo* entry, std::uint16_t port, ENUM_ORV_E_SOCKET* error);
 
+    /// The socket address, its port in network byte order; family 0 for an empty one.
     orv_sockaddr_union m_address{};
 };
 

@@ -34,7 +34,9 @@ public:
     QueryPairs& operator=(const QueryPairs& other);
     ~QueryPairs();
 
+    /// Whether there are no pairs.
     bool isEmpty() const noexcept { return m_few.empty() && m_many == nullptr; }
+    /// Removes all pairs.
     void clear();
 
     /// Makes room for pairs of that many units in all.
@@ -44,6 +46,7 @@ public:
     void put(const internal::EscapedText& key, const internal::EscapedText& value);
     void remove(View key);
 
+    /// Whether there is a pair for `key`, in any case.
     bool has(View key) const;
     /// Sets `value` to the value of `key`; false where there is none.
     bool get(View key, String& value) const;

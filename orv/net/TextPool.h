@@ -73,6 +73,7 @@ public:
     /// Takes back the text added last.
     void takeBack(Place last) { m_units.resize(static_cast<std::size_t>(last.start)); }
 
+    /// Removes all texts and keeps the block; places from before are not to be used any more.
     void clear() noexcept { m_units.clear(); }
 
 private:

@@ -68,6 +68,7 @@ public:
     /// The URI as text.
     String toString() const override;
 
+    /// The text before the first colon, as it stands.
     String getScheme() const;
     /// Takes the text as it stands.
     void setScheme(const String& scheme);
@@ -97,21 +98,25 @@ public:
     void removeUserInfo();
     bool hasUserInfo() const noexcept { return m_user.present; }
 
+    /// The user alone: to set or remove it leaves the password.
     String getUser(bool unescape) const;
     void setUser(const String& user, bool escape);
     void removeUser();
     bool hasUser() const noexcept { return m_user.present; }
 
+    /// The password.
     String getPassword(bool unescape) const;
     void setPassword(const String& password, bool escape);
     void removePassword();
     bool hasPassword() const noexcept { return m_password.present; }
 
+    /// The host.
     String getHost(bool unescape) const;
     void setHost(const String& host, bool escape);
     void removeHost();
     bool hasHost() const noexcept { return m_host.present; }
 
+    /// The port.
     std::int32_t getPort() const;
     /// Any number is taken.
     void setPort(std::int32_t port);

@@ -9,6 +9,7 @@ namespace orv::util {
 /// What IniFile and its iterators cannot tell by a result.
 class ORV_API IniFileException : public Exception {
 public:
+    /// What went wrong.
     enum TYPE : std::int32_t {
         TYPE_LOAD_FAILED = 0,      ///< the file cannot be opened; the description is its name
         TYPE_NO_MORE_ELEMENTS = 1, ///< next() behind the last name
@@ -20,6 +21,7 @@ public:
     IniFileException& operator=(const IniFileException& other) = default;
     ~IniFileException() noexcept(false) override;
 
+    /// What went wrong, as it was given at construction.
     TYPE GetType() const noexcept { return m_type; }
 
 private:

@@ -50,6 +50,7 @@ public:
     /// The hash of the path, in its case.
     std::uint32_t hashCode() const override;
 
+    /// The root that the key lies below.
     ENUM_ORV_HKEY getHKEY() const noexcept { return m_root; }
 
     /// The last part of the path. A key made from nothing but the name of a root has that.
@@ -80,7 +81,9 @@ public:
     bool valueExists(const String& name) const;
     ENUM_ORV_REG_TYPE getValueType(const String& name) const;
 
+    /// The text of the value `name`, without the terminator that it is kept with.
     String getValueString(const String& name) const;
+    /// The number of 32 bits that is the value `name`.
     std::uint32_t getValueUINT32(const String& name) const;
     /// A number of 32 bits, in 64. A value that was set with 64 bits is "Registry type mismatch":
     /// read it by getValueType() and the store's own operation.
@@ -92,6 +95,9 @@ public:
     /// The same for the default value of the key.
     std::int32_t getValue(signed char* data, std::int32_t size) const;
 
+    /// Sets the value `name`, to a text, a number of 32 or 64 bits or `size` bytes. Throws
+    /// ResultException with E_INVALIDARG for a `size` below 0 and a text of more than 2^31 - 1
+    /// bytes.
     void setValue(const String& name, const String& value) const;
     void setValue(const String& name, std::uint32_t value) const;
     void setValue(const String& name, std::uint64_t value) const;
