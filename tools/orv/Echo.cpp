@@ -97,8 +97,9 @@ public:
         for (std::int32_t taken = 0; taken < count;) {
             TcpWorkerSocket2* accepted = nullptr;
             const ENUM_ORV_E_SOCKET result = m_server->accept(&accepted);
+            Worker worker(accepted);
             if (m_server->getClosed() != 0) break;
-            if (accepted != nullptr && start(Worker(accepted))) {
+            if (worker != nullptr && start(std::move(worker))) {
                 ++taken;
             } else {
                 waitForBetterTimes(result);
