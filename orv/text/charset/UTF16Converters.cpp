@@ -1,6 +1,7 @@
 #include "orv/text/charset/UTF16Converters.h"
 
 #include "orv/text/charset/internal/ByteOrder.h"
+#include "orv/text/charset/internal/InByteOrder.h"
 #include "orv/text/charset/internal/Run.h"
 
 #include <algorithm>
@@ -9,10 +10,8 @@
 
 namespace orv::text::charset {
 
-using internal::BigEndian;
 using internal::DecoderRun;
 using internal::EncoderRun;
-using internal::LittleEndian;
 
 namespace {
 
@@ -92,16 +91,6 @@ const char16_t* BTCUTF16LE::getEncodingName() const
     return u"UTF-16LE";
 }
 
-std::uint16_t BTCUTF16LE::convertUTF16(std::uint16_t word)
-{
-    return LittleEndian::order(word);
-}
-
-std::uint32_t BTCUTF16LE::convertUTF32(std::uint32_t word)
-{
-    return LittleEndian::order(word);
-}
-
 BTCUTF16BE::~BTCUTF16BE() noexcept(false) = default;
 
 std::int32_t BTCUTF16BE::convert(const signed char* src, std::int32_t* srcPos, std::int32_t srcEnd,
@@ -113,16 +102,6 @@ std::int32_t BTCUTF16BE::convert(const signed char* src, std::int32_t* srcPos, s
 const char16_t* BTCUTF16BE::getEncodingName() const
 {
     return u"UTF-16BE";
-}
-
-std::uint16_t BTCUTF16BE::convertUTF16(std::uint16_t word)
-{
-    return BigEndian::order(word);
-}
-
-std::uint32_t BTCUTF16BE::convertUTF32(std::uint32_t word)
-{
-    return BigEndian::order(word);
 }
 
 // Encoders
@@ -159,16 +138,6 @@ const char16_t* CTBUTF16LE::getEncodingName() const
     return u"UTF-16LE";
 }
 
-std::uint16_t CTBUTF16LE::convertUTF16(std::uint16_t value)
-{
-    return LittleEndian::order(value);
-}
-
-std::uint32_t CTBUTF16LE::convertUTF32(std::uint32_t value)
-{
-    return LittleEndian::order(value);
-}
-
 CTBUTF16BE::CTBUTF16BE() noexcept
 {
     m_substitution = {byte(0xFF), byte(0xFD)};
@@ -188,14 +157,9 @@ const char16_t* CTBUTF16BE::getEncodingName() const
     return u"UTF-16BE";
 }
 
-std::uint16_t CTBUTF16BE::convertUTF16(std::uint16_t value)
-{
-    return BigEndian::order(value);
-}
-
-std::uint32_t CTBUTF16BE::convertUTF32(std::uint32_t value)
-{
-    return BigEndian::order(value);
-}
+template class InByteOrder<BTCUTF16, std::endian::little>;
+template class InByteOrder<BTCUTF16, std::endian::big>;
+template class InByteOrder<CTBUTF16, std::endian::little>;
+template class InByteOrder<CTBUTF16, std::endian::big>;
 
 } // namespace orv::text::charset

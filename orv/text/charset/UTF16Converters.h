@@ -2,6 +2,7 @@
 
 #include "orv/text/charset/UTFConverters.h"
 
+#include <bit>
 #include <cstdint>
 
 namespace orv::text::charset {
@@ -18,32 +19,27 @@ public:
                          char16_t* dst, std::int32_t* dstPos, std::int32_t dstEnd) override;
 };
 
+extern template class InByteOrder<BTCUTF16, std::endian::little>;
+extern template class InByteOrder<BTCUTF16, std::endian::big>;
+
 /// UTF-16, low byte first. For another order derive from BTCUTF16, whose convert() asks the hook.
-class ORV_API BTCUTF16LE : public BTCUTF16 {
+class ORV_API BTCUTF16LE : public InByteOrder<BTCUTF16, std::endian::little> {
 public:
     ~BTCUTF16LE() noexcept(false) override;
 
     std::int32_t convert(const signed char* src, std::int32_t* srcPos, std::int32_t srcEnd,
                          char16_t* dst, std::int32_t* dstPos, std::int32_t dstEnd) override;
     const char16_t* getEncodingName() const override;
-
-protected:
-    std::uint16_t convertUTF16(std::uint16_t word) override;
-    std::uint32_t convertUTF32(std::uint32_t word) override;
 };
 
 /// UTF-16, high byte first. For another order derive from BTCUTF16, whose convert() asks the hook.
-class ORV_API BTCUTF16BE : public BTCUTF16 {
+class ORV_API BTCUTF16BE : public InByteOrder<BTCUTF16, std::endian::big> {
 public:
     ~BTCUTF16BE() noexcept(false) override;
 
     std::int32_t convert(const signed char* src, std::int32_t* srcPos, std::int32_t srcEnd,
                          char16_t* dst, std::int32_t* dstPos, std::int32_t dstEnd) override;
     const char16_t* getEncodingName() const override;
-
-protected:
-    std::uint16_t convertUTF16(std::uint16_t word) override;
-    std::uint32_t convertUTF32(std::uint32_t word) override;
 };
 
 /// UTF-16 in an order of bytes that a derived class decides. No byte-order mark is written.
@@ -60,8 +56,11 @@ public:
     std::int32_t flush(signed char* dst, std::int32_t* dstPos, std::int32_t dstEnd) override;
 };
 
+extern template class InByteOrder<CTBUTF16, std::endian::little>;
+extern template class InByteOrder<CTBUTF16, std::endian::big>;
+
 /// UTF-16, low byte first. For another order derive from CTBUTF16, whose convert() asks the hook.
-class ORV_API CTBUTF16LE : public CTBUTF16 {
+class ORV_API CTBUTF16LE : public InByteOrder<CTBUTF16, std::endian::little> {
 public:
     CTBUTF16LE() noexcept;
     ~CTBUTF16LE() noexcept(false) override;
@@ -69,14 +68,10 @@ public:
     std::int32_t convert(const char16_t* src, std::int32_t* srcPos, std::int32_t srcEnd,
                          signed char* dst, std::int32_t* dstPos, std::int32_t dstEnd) override;
     const char16_t* getEncodingName() const override;
-
-protected:
-    std::uint16_t convertUTF16(std::uint16_t value) override;
-    std::uint32_t convertUTF32(std::uint32_t value) override;
 };
 
 /// UTF-16, high byte first. For another order derive from CTBUTF16, whose convert() asks the hook.
-class ORV_API CTBUTF16BE : public CTBUTF16 {
+class ORV_API CTBUTF16BE : public InByteOrder<CTBUTF16, std::endian::big> {
 public:
     CTBUTF16BE() noexcept;
     ~CTBUTF16BE() noexcept(false) override;
@@ -84,10 +79,6 @@ public:
     std::int32_t convert(const char16_t* src, std::int32_t* srcPos, std::int32_t srcEnd,
                          signed char* dst, std::int32_t* dstPos, std::int32_t dstEnd) override;
     const char16_t* getEncodingName() const override;
-
-protected:
-    std::uint16_t convertUTF16(std::uint16_t value) override;
-    std::uint32_t convertUTF32(std::uint32_t value) override;
 };
 
 } // namespace orv::text::charset

@@ -1,6 +1,7 @@
 #include "orv/text/charset/UTF32Converters.h"
 
 #include "orv/text/charset/internal/ByteOrder.h"
+#include "orv/text/charset/internal/InByteOrder.h"
 #include "orv/text/charset/internal/Run.h"
 #include "orv/text/charset/internal/Surrogates.h"
 
@@ -10,11 +11,10 @@
 
 namespace orv::text::charset {
 
-using internal::BigEndian;
 using internal::DecoderRun;
 using internal::EncoderRun;
 using internal::isSurrogate;
-using internal::LittleEndian;
+using internal::ordered;
 
 namespace {
 
@@ -61,8 +61,8 @@ void takeBlocks(EncoderRun& run, Order order)
     }
 }
 
-constexpr auto littleEndian = [](std::uint32_t word) { return LittleEndian::order(word); };
-constexpr auto bigEndian = [](std::uint32_t word) { return BigEndian::order(word); };
+constexpr auto littleEndian = [](std::uint32_t word) { return ordered<std::endian::little>(word); };
+constexpr auto bigEndian = [](std::uint32_t word) { return ordered<std::endian::big>(word); };
 
 constexpr std::array<signed char, 6> substitution{static_cast<signed char>(0xFD),
                                                   static_cast<signed char>(0xFF), 0, 0};
@@ -134,16 +134,6 @@ const char16_t* BTCUTF32LE::getEncodingName() const
     return u"UTF-32LE";
 }
 
-std::uint16_t BTCUTF32LE::convertUTF16(std::uint16_t word)
-{
-    return LittleEndian::order(word);
-}
-
-std::uint32_t BTCUTF32LE::convertUTF32(std::uint32_t word)
-{
-    return LittleEndian::order(word);
-}
-
 BTCUTF32BE::~BTCUTF32BE() noexcept(false) = default;
 
 std::int32_t BTCUTF32BE::convert(const signed char* src, std::int32_t* srcPos, std::int32_t srcEnd,
@@ -155,16 +145,6 @@ std::int32_t BTCUTF32BE::convert(const signed char* src, std::int32_t* srcPos, s
 const char16_t* BTCUTF32BE::getEncodingName() const
 {
     return u"UTF-32BE";
-}
-
-std::uint16_t BTCUTF32BE::convertUTF16(std::uint16_t word)
-{
-    return BigEndian::order(word);
-}
-
-std::uint32_t BTCUTF32BE::convertUTF32(std::uint32_t word)
-{
-    return BigEndian::order(word);
 }
 
 // Encoders
@@ -233,16 +213,6 @@ const char16_t* CTBUTF32LE::getEncodingName() const
     return u"UTF-32LE";
 }
 
-std::uint16_t CTBUTF32LE::convertUTF16(std::uint16_t value)
-{
-    return LittleEndian::order(value);
-}
-
-std::uint32_t CTBUTF32LE::convertUTF32(std::uint32_t value)
-{
-    return LittleEndian::order(value);
-}
-
 CTBUTF32BE::CTBUTF32BE() noexcept
 {
     m_substitution = substitution;
@@ -262,14 +232,9 @@ const char16_t* CTBUTF32BE::getEncodingName() const
     return u"UTF-32BE";
 }
 
-std::uint16_t CTBUTF32BE::convertUTF16(std::uint16_t value)
-{
-    return BigEndian::order(value);
-}
-
-std::uint32_t CTBUTF32BE::convertUTF32(std::uint32_t value)
-{
-    return BigEndian::order(value);
-}
+template class InByteOrder<BTCUTF32, std::endian::little>;
+template class InByteOrder<BTCUTF32, std::endian::big>;
+template class InByteOrder<CTBUTF32, std::endian::little>;
+template class InByteOrder<CTBUTF32, std::endian::big>;
 
 } // namespace orv::text::charset

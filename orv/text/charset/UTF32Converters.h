@@ -2,6 +2,7 @@
 
 #include "orv/text/charset/UTFConverters.h"
 
+#include <bit>
 #include <cstdint>
 
 namespace orv::text::charset {
@@ -36,32 +37,27 @@ protected:
     std::int32_t convertWords(internal::Run<signed char, char16_t>&& run, Order order);
 };
 
+extern template class InByteOrder<BTCUTF32, std::endian::little>;
+extern template class InByteOrder<BTCUTF32, std::endian::big>;
+
 /// UTF-32, low byte first. For another order derive from BTCUTF32, whose convert() asks the hook.
-class ORV_API BTCUTF32LE : public BTCUTF32 {
+class ORV_API BTCUTF32LE : public InByteOrder<BTCUTF32, std::endian::little> {
 public:
     ~BTCUTF32LE() noexcept(false) override;
 
     std::int32_t convert(const signed char* src, std::int32_t* srcPos, std::int32_t srcEnd,
                          char16_t* dst, std::int32_t* dstPos, std::int32_t dstEnd) override;
     const char16_t* getEncodingName() const override;
-
-protected:
-    std::uint16_t convertUTF16(std::uint16_t word) override;
-    std::uint32_t convertUTF32(std::uint32_t word) override;
 };
 
 /// UTF-32, high byte first. For another order derive from BTCUTF32, whose convert() asks the hook.
-class ORV_API BTCUTF32BE : public BTCUTF32 {
+class ORV_API BTCUTF32BE : public InByteOrder<BTCUTF32, std::endian::big> {
 public:
     ~BTCUTF32BE() noexcept(false) override;
 
     std::int32_t convert(const signed char* src, std::int32_t* srcPos, std::int32_t srcEnd,
                          char16_t* dst, std::int32_t* dstPos, std::int32_t dstEnd) override;
     const char16_t* getEncodingName() const override;
-
-protected:
-    std::uint16_t convertUTF16(std::uint16_t word) override;
-    std::uint32_t convertUTF32(std::uint32_t word) override;
 };
 
 /// UTF-32 in an order of bytes that a derived class decides. No byte-order mark is written.
@@ -87,8 +83,11 @@ private:
     char16_t m_leading = 0; ///< a surrogate that waits for its partner, 0 when none
 };
 
+extern template class InByteOrder<CTBUTF32, std::endian::little>;
+extern template class InByteOrder<CTBUTF32, std::endian::big>;
+
 /// UTF-32, low byte first. For another order derive from CTBUTF32, whose convert() asks the hook.
-class ORV_API CTBUTF32LE : public CTBUTF32 {
+class ORV_API CTBUTF32LE : public InByteOrder<CTBUTF32, std::endian::little> {
 public:
     CTBUTF32LE() noexcept;
     ~CTBUTF32LE() noexcept(false) override;
@@ -96,16 +95,12 @@ public:
     std::int32_t convert(const char16_t* src, std::int32_t* srcPos, std::int32_t srcEnd,
                          signed char* dst, std::int32_t* dstPos, std::int32_t dstEnd) override;
     const char16_t* getEncodingName() const override;
-
-protected:
-    std::uint16_t convertUTF16(std::uint16_t value) override;
-    std::uint32_t convertUTF32(std::uint32_t value) override;
 };
 
 /// UTF-32, high byte first. For another order derive from CTBUTF32, whose convert() asks the hook.
 ///
 /// Its substitution bytes, which no character ever needs, read low byte first.
-class ORV_API CTBUTF32BE : public CTBUTF32 {
+class ORV_API CTBUTF32BE : public InByteOrder<CTBUTF32, std::endian::big> {
 public:
     CTBUTF32BE() noexcept;
     ~CTBUTF32BE() noexcept(false) override;
@@ -113,10 +108,6 @@ public:
     std::int32_t convert(const char16_t* src, std::int32_t* srcPos, std::int32_t srcEnd,
                          signed char* dst, std::int32_t* dstPos, std::int32_t dstEnd) override;
     const char16_t* getEncodingName() const override;
-
-protected:
-    std::uint16_t convertUTF16(std::uint16_t value) override;
-    std::uint32_t convertUTF32(std::uint32_t value) override;
 };
 
 } // namespace orv::text::charset

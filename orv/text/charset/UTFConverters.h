@@ -3,6 +3,7 @@
 #include "orv/text/charset/ByteToCharConverter.h"
 #include "orv/text/charset/CharToByteConverter.h"
 
+#include <bit>
 #include <cstdint>
 
 namespace orv::text::charset {
@@ -46,6 +47,14 @@ protected:
     /// pass. Returns the number of units, not of bytes.
     std::int32_t sameEncodingConvert(const char16_t* src, std::int32_t* srcPos, std::int32_t srcEnd,
                                      signed char* dst, std::int32_t* dstPos, std::int32_t dstEnd);
+};
+
+/// A converter of UTF-16 or UTF-32 whose hooks are answered for one order of bytes.
+template <class Converter, std::endian Order>
+class ORV_API InByteOrder : public Converter {
+protected:
+    std::uint16_t convertUTF16(std::uint16_t word) override;
+    std::uint32_t convertUTF32(std::uint32_t word) override;
 };
 
 } // namespace orv::text::charset

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
 /// \file
-/// Words in byte order for the UTF-16 and UTF-32 converters; the machine is little-endian.
+/// Words in byte order for the UTF-16 and UTF-32 converters.
 
 namespace orv::text::charset::internal {
 
@@ -18,15 +19,12 @@ constexpr std::uint32_t swapped(std::uint32_t word) noexcept
     return word << 24 | (word & 0xFF00u) << 8 | (word >> 8 & 0xFF00u) | word >> 24;
 }
 
-struct LittleEndian {
-    static constexpr std::uint16_t order(std::uint16_t word) noexcept { return word; }
-    static constexpr std::uint32_t order(std::uint32_t word) noexcept { return word; }
-};
-
-struct BigEndian {
-    static constexpr std::uint16_t order(std::uint16_t word) noexcept { return swapped(word); }
-    static constexpr std::uint32_t order(std::uint32_t word) noexcept { return swapped(word); }
-};
+/// `word` from or into `Order`.
+template <std::endian Order, class Word>
+constexpr Word ordered(Word word) noexcept
+{
+    return Order == std::endian::native ? word : swapped(word);
+}
 
 template <class Word>
 Word loadWord(const signed char* from) noexcept
