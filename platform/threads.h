@@ -11,6 +11,10 @@ namespace orvcore {
 /// never 0.
 ORVCORE_API std::uint32_t currentThreadId() noexcept;
 
+/// A number of this process that no process forked off it has; 0 where the system cannot tell.
+/// Cheaper than a system call.
+std::uint32_t processMark() noexcept;
+
 /// Lets the calling thread sleep, signals or not; 0 lets others run, ORV_INFINITE never returns.
 ORVCORE_API void sleepFor(std::uint32_t milliseconds) noexcept;
 

@@ -27,18 +27,38 @@ struct StoreValue {
     }
 };
 
-/// Gives a value to the caller of ORVRegistryGetValue().
-ORVResult deliver(std::uint32_t storedType, std::string_view bytes, std::uint32_t* type, void* data,
-                  std::uint32_t* size) noexcept
+/// Where ORVRegistryGetValue() puts what it finds; each of them may be null.
+struct ValueOut {
+    std::uint32_t* type;
+    void* data;
+    std::uint32_t* size;
+};
+
+ORVResult deliver(const StoredValue& value, const ValueOut& out) noexcept
 {
-    if (type != nullptr) *type = storedType;
-    if (size == nullptr) return S_OK;
-    const std::uint32_t room = *size;
-    *size = static_cast<std::uint32_t>(bytes.size());
-    if (data == nullptr) return S_OK;
-    if (room < *size) return bufferTooSmall;
-    std::copy(bytes.begin(), bytes.end(), static_cast<char*>(data));
+    if (!value.isThere) return notFound;
+    if (out.type != nullptr) *out.type = value.type;
+    if (out.size == nullptr) return S_OK;
+    const std::uint32_t room = *out.size;
+    *out.size = static_cast<std::uint32_t>(value.bytes.size());
+    if (out.data == nullptr) return S_OK;
+    if (room < *out.size) return bufferTooSmall;
+    std::copy(value.bytes.begin(), value.bytes.end(), static_cast<char*>(out.data));
     return S_OK;
+}
+
+ORVResult readValue(Store& store, const StoreValue& value, const ValueOut& out) noexcept
+{
+    const std::string_view key = value.key.text();
+    const std::string_view name = value.name.view();
+    StoredValue stored;
+    if (store.memory().find(key, name, &stored)) return deliver(stored, out);
+    StoreQuery query(store.statement(StoreSql::FindValue));
+    const ORVResult result = query.bind(key).bind(name).step();
+    if (result < 0) return result;
+    if (result > 0) stored = {true, query.number(0), query.bytes(1)};
+    store.memory().add(key, name, stored);
+    return deliver(stored, out);
 }
 
 bool isValueOf(std::uint32_t type, std::uint32_t size) noexcept
@@ -228,14 +248,7 @@ ORVResult ORVRegistryGetValue(ENUM_ORV_HKEY root, const char16_t* path, const ch
     if (const ORVResult result = value.assign(root, path, name); result < 0) return result;
     StoreLease store(false);
     if (store.result() < 0) return store.result();
-    ORVResult result = S_OK;
-    {
-        StoreQuery query(store->statement(StoreSql::FindValue));
-        result = query.bind(value.key.text()).bind(value.name.view()).step();
-        if (result == S_OK) result = notFound;
-        if (result > 0) result = deliver(query.number(0), query.bytes(1), type, data, size);
-    }
-    return store.end(result);
+    return store.end(readValue(*store, value, {type, data, size}));
 }
 
 ORVResult ORVRegistrySetValue(ENUM_ORV_HKEY root, const char16_t* path, const char16_t* name,

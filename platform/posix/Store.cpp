@@ -171,6 +171,7 @@ ORVResult Store::open(const char* file, bool creates) noexcept
     ORVResult result = checkHeader();
     if (result >= 0) result = execute(durability());
     if (result >= 0) result = checkContent(creates);
+    if (result >= 0) m_memory.watch(m_database);
     return result;
 }
 

@@ -4,6 +4,7 @@
 #include "platform/posix/internal/RawLock.h"
 #include "platform/posix/internal/Results.h"
 #include "platform/posix/internal/Store.h"
+#include "platform/threads.h"
 
 #include <algorithm>
 #include <climits>
@@ -25,13 +26,21 @@ constexpr int keptStores = 4;
 constinit RawLock s_lock;
 constinit Store* s_kept[keptStores] = {};
 constinit int s_count = 0;
-constinit pid_t s_process = 0; ///< the process that opened them
+constinit pid_t s_process = 0;      ///< the process that opened them
+constinit std::uint32_t s_mark = 0; ///< and its mark
+
+bool isForked() noexcept
+{
+    const std::uint32_t mark = processMark();
+    if (s_process == 0 || (mark != 0 && mark == s_mark)) return false;
+    return s_process != ::getpid();
+}
 
 /// Null where none is kept. False in a forked child.
 bool takeStore(Store** out) noexcept
 {
     const RawGuard guard(s_lock);
-    if (s_process != 0 && s_process != ::getpid()) return false;
+    if (isForked()) return false;
     *out = s_count > 0 ? s_kept[--s_count] : nullptr;
     return true;
 }
@@ -61,6 +70,7 @@ ORVResult openStore(const char* file, bool creates, Store** out) noexcept
     {
         const RawGuard guard(s_lock);
         s_process = ::getpid();
+        s_mark = processMark();
     }
     auto* const store = new (memory) Store;
     const ORVResult result = store->open(file, creates);

@@ -52,12 +52,18 @@ std::uint32_t beginGeneration() noexcept
 
 } // namespace
 
-std::uint32_t currentThreadId() noexcept
+std::uint32_t processMark() noexcept
 {
     const Generation* const current = s_current.load(std::memory_order_acquire);
-    std::uint32_t generation = current != nullptr ? current->load(std::memory_order_relaxed) : 0;
+    const std::uint32_t generation =
+        current != nullptr ? current->load(std::memory_order_relaxed) : 0;
+    return generation != 0 ? generation : beginGeneration();
+}
+
+std::uint32_t currentThreadId() noexcept
+{
+    const std::uint32_t generation = processMark();
     if (generation != 0 && generation == t_known.generation) return t_known.id;
-    if (generation == 0) generation = beginGeneration();
     t_known = KnownId{generation, static_cast<std::uint32_t>(::gettid())};
     return t_known.id;
 }

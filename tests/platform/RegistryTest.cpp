@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <random>
@@ -376,6 +377,31 @@ TEST_F(Registry, isSharedByThreadsAndProcesses)
     }
 }
 
+/// The number that a RegistryChild has set last, 0 when there is none.
+std::uint64_t lastOf(const std::u16string& path)
+{
+    std::uint64_t last = 0;
+    const std::string bytes = get(path, u"last");
+    if (bytes.size() == sizeof last) std::memcpy(&last, bytes.data(), sizeof last);
+    return last;
+}
+
+TEST_F(Registry, readsAnewWhatAnotherProcessHasChanged)
+{
+    const orv::test::ScopedVariable flush("ORV_FLUSH", "process");
+    EXPECT_EQ(set(u"live", u"other", "kept"), S_OK);
+    EXPECT_EQ(get(u"live", u"last"), missing);
+    Writer writer("live", 300);
+    while (const std::uint64_t told = writer.next()) {
+        for (int again = 0; again < 3; ++again) ASSERT_GE(lastOf(u"live"), told);
+        ASSERT_EQ(get(u"live", u"other"), "kept");
+    }
+    EXPECT_EQ(writer.join(), 0);
+    EXPECT_EQ(lastOf(u"live"), 300u);
+    std::thread([] { EXPECT_EQ(ORVRegistryDeleteKey(ORV_HKEY_USER, u"live"), S_OK); }).join();
+    EXPECT_EQ(get(u"live", u"other"), missing);
+}
+
 TEST_F(Registry, losesNothingToAKilledProcess)
 {
     std::mt19937 random(17);
@@ -388,10 +414,7 @@ TEST_F(Registry, losesNothingToAKilledProcess)
         while (const std::uint64_t number = writer.next()) told = number;
         EXPECT_EQ(writer.join(), SIGKILL);
         if (told == 0) continue;
-        const std::string bytes = get(u"killed", u"last");
-        ASSERT_EQ(bytes.size(), sizeof told) << bytes;
-        std::uint64_t kept = 0;
-        std::copy(bytes.begin(), bytes.end(), reinterpret_cast<char*>(&kept));
+        const std::uint64_t kept = lastOf(u"killed");
         ASSERT_TRUE(kept == told || kept == told + 1) << kept << " after " << told;
         ASSERT_EQ(set(u"killed", u"parent", "writes too"), S_OK);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/orvcore.h"
+#include "platform/posix/internal/StoreMemory.h"
 
 #include <string_view>
 
@@ -79,6 +80,9 @@ public:
 
     sqlite3_stmt* statement(StoreSql sql) noexcept;
 
+    /// What it has read since the store last changed.
+    StoreMemory& memory() noexcept { return m_memory; }
+
     /// Rows that the last statement changed.
     int changes() const noexcept;
 
@@ -93,6 +97,7 @@ private:
     sqlite3* m_database = nullptr;
     sqlite3_stmt* m_statements[statements] = {};
     char* m_file = nullptr;
+    StoreMemory m_memory;
 };
 
 /// A connection for one operation, out of those that the process keeps open.
