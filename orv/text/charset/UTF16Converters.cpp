@@ -1,8 +1,8 @@
 #include "orv/text/charset/UTF16Converters.h"
 
-#include "orv/text/charset/internal/ByteOrder.h"
 #include "orv/text/charset/internal/InByteOrder.h"
 #include "orv/text/charset/internal/Run.h"
+#include "orv/text/charset/internal/WordSwap.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -10,31 +10,11 @@
 
 namespace orv::text::charset {
 
+using internal::copySwapped;
 using internal::DecoderRun;
 using internal::EncoderRun;
 
 namespace {
-
-constexpr std::ptrdiff_t BLOCK = 32;
-
-/// Copies `count` 16-bit words, each with its bytes exchanged.
-void copySwapped(void* to, const void* from, std::ptrdiff_t count)
-{
-    auto* out = static_cast<unsigned char*>(to);
-    const auto* in = static_cast<const unsigned char*>(from);
-    for (; count >= BLOCK; count -= BLOCK, in += 2 * BLOCK, out += 2 * BLOCK) {
-        std::uint16_t block[BLOCK];
-        std::memcpy(block, in, sizeof block);
-        for (std::uint16_t& word : block) word = internal::swapped(word);
-        std::memcpy(out, block, sizeof block);
-    }
-    for (; count > 0; --count, in += 2, out += 2) {
-        std::uint16_t word;
-        std::memcpy(&word, in, sizeof word);
-        word = internal::swapped(word);
-        std::memcpy(out, &word, sizeof word);
-    }
-}
 
 void copyWords(void* to, const void* from, std::ptrdiff_t count)
 {
