@@ -19,6 +19,11 @@ class OutputStream;
 class IoStreamChannel;
 class QuarkChannel;
 
+namespace internal {
+template <class Buffer>
+class ByteBufferCore;
+} // namespace internal
+
 /// An array of bytes with a position, a limit and a byte order, to lay out numbers and read them
 /// back, at an index or at the position.
 ///
@@ -158,21 +163,10 @@ public:
 private:
     friend class IoStreamChannel;
     friend class QuarkChannel;
+    friend class internal::ByteBufferCore<ByteBuffer>;
 
-    std::uint32_t below(std::uint32_t index) const noexcept;
     std::int32_t atOnce() const noexcept;
     signed char* here() const noexcept;
-    void requireWritable() const;
-    void share() const noexcept;
-    void release() noexcept;
-    template <class Value>
-    Value load(std::uint32_t index) const noexcept;
-    template <class Value>
-    Value loadHere() noexcept;
-    template <class Value>
-    void store(std::uint32_t index, Value value);
-    template <class Value>
-    void storeHere(Value value);
 
     ENUM_ORV_ENDIAN m_order;
     std::uint32_t m_position = 0;

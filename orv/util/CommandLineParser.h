@@ -2,12 +2,18 @@
 
 #include "orv/Reference.h"
 #include "orv/String.h"
+#include "orv/util/OptionOrder.h"
 
 #include <cstdint>
 #include <map>
 #include <vector>
 
 namespace orv::util {
+
+namespace internal {
+template <class Line>
+class CommandLineCore;
+} // namespace internal
 
 /// Splits a command line into options and positional parameters.
 ///
@@ -60,7 +66,7 @@ public:
         void copyValues(const Element& other);
 
     private:
-        friend class CommandLineParser;
+        friend class internal::CommandLineCore<CommandLineParser>;
 
         String m_name;
         std::vector<String> m_values;
@@ -76,7 +82,7 @@ public:
         OptionDefinition(const String& name, std::int32_t valueCount);
 
     private:
-        friend class CommandLineParser;
+        friend class internal::CommandLineCore<CommandLineParser>;
 
         std::int32_t m_takes;
         bool m_hasDefaults = false;
@@ -126,26 +132,16 @@ protected:
     void reset();
 
 private:
-    struct NameOrder {
-        bool ignoreCase;
-        bool operator()(const String& a, const String& b) const
-        {
-            return a.regionCompare(0, -1, b, 0, ignoreCase) < 0;
-        }
-    };
-    using Definitions = std::map<String, Reference<OptionDefinition>, NameOrder>;
-    using Positions = std::map<String, std::int32_t, NameOrder>;
+    friend class internal::CommandLineCore<CommandLineParser>;
 
-    void addParameter(const char16_t* word);
-    void addOption(const char16_t* word, char16_t*& position);
-    void takeValues(Element& element, std::int32_t count, char16_t*& position) const;
-    const Element& optionOrThrow(const char16_t* name, Reference<const Element>& holder) const;
+    using Definitions = std::map<String, Reference<OptionDefinition>, OptionOrder>;
+    using Positions = std::map<String, std::int32_t, OptionOrder>;
 
     std::vector<Reference<Element>> m_elements;
-    Definitions m_definitions{NameOrder{false}};
-    Positions m_positions{NameOrder{false}};
-    Definitions m_definitionsAnyCase{NameOrder{true}};
-    Positions m_positionsAnyCase{NameOrder{true}};
+    Definitions m_definitions{OptionOrder{false}};
+    Positions m_positions{OptionOrder{false}};
+    Definitions m_definitionsAnyCase{OptionOrder{true}};
+    Positions m_positionsAnyCase{OptionOrder{true}};
     std::vector<std::int32_t> m_parameters; ///< indexes of elements
     bool m_ignoreCase = false;
     static const char16_t* const m_switchChars;
