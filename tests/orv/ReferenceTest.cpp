@@ -1,5 +1,6 @@
 #include "orv/Reference.h"
 
+#include "compat/CORVSmartPtr.h"
 #include "tests/support/Living.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +13,13 @@ namespace {
 
 using test::Living;
 
+template <template <class> class P>
+struct Kind {
+    template <class T>
+    using Pointer = P<T>;
+};
+
+template <class Kind>
 class ReferenceTest : public testing::Test {
 protected:
     void TearDown() override { EXPECT_EQ(Living::count(), m_before); }
@@ -20,21 +28,28 @@ private:
     int m_before = Living::count();
 };
 
-TEST_F(ReferenceTest, assignmentTakesTheNewBeforeTheOldGoes)
+using Kinds = testing::Types<Kind<Reference>, Kind<CORVSmartPtr>>;
+TYPED_TEST_SUITE(ReferenceTest, Kinds);
+
+TYPED_TEST(ReferenceTest, assignmentTakesTheNewBeforeTheOldGoes)
 {
     // What is assigned is kept alive by the old object alone.
     class Chain : public Living {
     public:
         using Living::Living;
-        Reference<Chain> next;
+        typename TypeParam::template Pointer<Chain> next;
     };
-    Reference<Chain> head = makeReference<Chain>(1);
-    head->next = makeReference<Chain>(2);
+    decltype(Chain::next) head = new Chain(1);
+    head->next = new Chain(2);
     head = head->next;
     EXPECT_EQ(head->tag(), 2);
 
-    const Reference<Chain>& same = head;
+    const auto& same = head;
     head = same;
+    EXPECT_EQ(head->GetRefCount(), 1u);
+    auto moved = std::move(head);
+    EXPECT_EQ(moved->GetRefCount(), 1u);
+    head = decltype(head)::adopt(moved.detach());
     EXPECT_EQ(head->GetRefCount(), 1u);
     head = head.get();
     EXPECT_EQ(head->GetRefCount(), 1u);
@@ -43,9 +58,13 @@ TEST_F(ReferenceTest, assignmentTakesTheNewBeforeTheOldGoes)
     EXPECT_TRUE(head == nullptr);
 }
 
-static_assert(!std::is_convertible_v<Reference<Living>, Living*>, "it would feed overloads");
-static_assert(!std::is_convertible_v<Reference<Living>, bool>);
-static_assert(!std::is_constructible_v<Reference<Living>, Reference<const Living>>);
+template <template <class> class P>
+constexpr bool isSafe =
+    // Conversions to a pointer would feed overloads.
+    !std::is_convertible_v<P<Living>, Living*> && !std::is_convertible_v<P<Living>, bool> &&
+    !std::is_constructible_v<P<Living>, P<const Living>> &&
+    std::is_convertible_v<P<Living>, P<const Object>>;
+static_assert(isSafe<Reference> && isSafe<CORVSmartPtr>);
 
 } // namespace
 } // namespace orv

@@ -1,6 +1,7 @@
 #include "orv/io/ByteBuffer.h"
 #include "orv/io/ByteBufferStreams.h"
 
+#include "compat/CORVByteBuffer.h"
 #include "orv/Exceptions.h"
 #include "tests/orv/io/Streams.h"
 
@@ -9,17 +10,29 @@ namespace {
 
 using namespace std::string_view_literals;
 
+/// The two classes of buffers, which behave alike.
+template <class Buffer>
+struct ByteBufferTest : testing::Test {
+    using Order = decltype(std::declval<Buffer>().getOrder());
+    static constexpr Order LITTLE{}, BIG = static_cast<Order>(1), MIXED = static_cast<Order>(2);
+};
+using Buffers = testing::Types<ByteBuffer, CORVByteBuffer>;
+TYPED_TEST_SUITE(ByteBufferTest, Buffers);
+
 /// A buffer of its own with these bytes, position 0 and limit behind them.
-Reference<ByteBuffer> bufferOf(std::string_view bytes, ENUM_ORV_ENDIAN order = ORV_ENDIAN_LITTLE)
+template <class Buffer = ByteBuffer>
+Reference<Buffer> bufferOf(std::string_view bytes,
+                           typename ByteBufferTest<Buffer>::Order order = {})
 {
-    auto buffer = makeReference<ByteBuffer>(static_cast<unsigned>(bytes.size()), order, false);
+    auto buffer = makeReference<Buffer>(static_cast<unsigned>(bytes.size()), order, false);
     for (const char byte : bytes) buffer->put(static_cast<signed char>(byte));
     buffer->flip();
     return buffer;
 }
 
 /// All bytes of the capacity.
-std::string bytesOf(const ByteBuffer& buffer)
+template <class Buffer>
+std::string bytesOf(const Buffer& buffer)
 {
     std::string bytes;
     for (unsigned i = 0; i < buffer.getCapacity(); ++i) {
@@ -28,15 +41,16 @@ std::string bytesOf(const ByteBuffer& buffer)
     return bytes;
 }
 
-TEST(ByteBuffer, laysOutNumbersInItsOrderAtAnyPlace)
+TYPED_TEST(ByteBufferTest, laysOutNumbersInItsOrderAtAnyPlace)
 {
     const std::string_view big = "?\1\2\3\4\5\6\7\10\11\12\13\14\15\16\x3F\xC0\0\0\xBF\xF8"
                                  "\0\0\0\0\0\0"sv;
     const std::string_view little = "?\2\1\6\5\4\3\16\15\14\13\12\11\10\7\0\0\xC0\x3F\0\0\0\0\0\0"
                                     "\xF8\xBF"sv;
-    for (const auto& [order, bytes] :
-         {std::pair{ORV_ENDIAN_BIG, big}, {ORV_ENDIAN_LITTLE, little}, {ORV_ENDIAN_MIXED, big}}) {
-        ByteBuffer relative(27u, order, false), absolute(27u, order, false);
+    for (const auto& [order, bytes] : {std::pair{TestFixture::BIG, big},
+                                       {TestFixture::LITTLE, little},
+                                       {TestFixture::MIXED, big}}) {
+        TypeParam relative(27u, order, false), absolute(27u, order, false);
         relative.put('?');
         relative.putInt16(0x0102);
         relative.putInt32(0x03040506);
@@ -57,9 +71,9 @@ TEST(ByteBuffer, laysOutNumbersInItsOrderAtAnyPlace)
     }
 }
 
-TEST(ByteBuffer, keepsPositionBelowLimitBelowCapacity)
+TYPED_TEST(ByteBufferTest, keepsPositionBelowLimitBelowCapacity)
 {
-    ByteBuffer buffer(4u, ORV_ENDIAN_BIG, false);
+    TypeParam buffer(4u, TestFixture::BIG, false);
     buffer.setLimit(3);
     buffer.setPosition(3);
     EXPECT_THROW(buffer.setPosition(4), RangeErrorException);
@@ -77,10 +91,10 @@ TEST(ByteBuffer, keepsPositionBelowLimitBelowCapacity)
     EXPECT_EQ(buffer.remaining(), 4u);
 }
 
-TEST(ByteBuffer, readOnlyRefusesEveryPut)
+TYPED_TEST(ByteBufferTest, readOnlyRefusesEveryPut)
 {
     const signed char bytes[8] = {1, 2, 3, 4, 5, 6, 7, 8};
-    ByteBuffer buffer(bytes, 8, ORV_ENDIAN_LITTLE);
+    TypeParam buffer(bytes, 8, TestFixture::LITTLE);
     EXPECT_THROW(buffer.put(0u, 0), ReadOnlyException);
     EXPECT_THROW(buffer.put(0u, bytes, 1), ReadOnlyException);
     EXPECT_THROW(buffer.putInt16(0, 0), ReadOnlyException);
@@ -90,11 +104,11 @@ TEST(ByteBuffer, readOnlyRefusesEveryPut)
     EXPECT_EQ(buffer.getPosition(), 1u) << "this one moves first";
 }
 
-TEST(ByteBuffer, comparesAndHashesAllItsBytes)
+TYPED_TEST(ByteBufferTest, comparesAndHashesAllItsBytes)
 {
-    const auto a = bufferOf("ab\x80");
-    const auto b = bufferOf("ab\x7F");
-    const auto longer = bufferOf("ab\x80\0"sv);
+    const auto a = bufferOf<TypeParam>("ab\x80");
+    const auto b = bufferOf<TypeParam>("ab\x7F");
+    const auto longer = bufferOf<TypeParam>("ab\x80\0"sv);
     EXPECT_EQ(a->compareTo(*b), 1) << "bytes have no sign here";
     EXPECT_EQ(b->compareTo(*a), -1);
     EXPECT_EQ(b->compareTo(*longer), -1);
@@ -105,33 +119,34 @@ TEST(ByteBuffer, comparesAndHashesAllItsBytes)
     EXPECT_TRUE(a->equals(*b));
     EXPECT_EQ(a->hashCode(), ('a' * 37u + 'b') * 37u - 128u);
     // From 64 bytes on, every second one counts.
-    const auto many = bufferOf(std::string(64, 'x')), odd = bufferOf(std::string(64, 'x'));
+    const auto many = bufferOf<TypeParam>(std::string(64, 'x')),
+               odd = bufferOf<TypeParam>(std::string(64, 'x'));
     odd->put(63u, 'y');
     EXPECT_EQ(odd->hashCode(), many->hashCode());
     odd->put(62u, 'y');
     EXPECT_EQ(odd->hashCode(), many->hashCode() + 1);
 }
 
-TEST(ByteBuffer, copiesShareTheArrayWhichGoesWithTheLast)
+TYPED_TEST(ByteBufferTest, copiesShareTheArrayWhichGoesWithTheLast)
 {
-    auto first = bufferOf("abc");
-    const auto copy = makeReference<ByteBuffer>(*first);
+    auto first = bufferOf<TypeParam>("abc");
+    const auto copy = makeReference<TypeParam>(*first);
     copy->put(0u, 'A');
-    ByteBuffer third(0u, ORV_ENDIAN_LITTLE, false), keeper(third);
+    TypeParam third(0u, TestFixture::LITTLE, false), keeper(third);
     third = *copy;
     first = nullptr;
     signed char mine[2] = {'x', 'y'};
-    copy->setBuffer(mine, 2, ORV_ENDIAN_BIG, false);
+    copy->setBuffer(mine, 2, TestFixture::BIG, false);
     EXPECT_EQ(bytesOf(*copy), "xy");
     EXPECT_EQ(bytesOf(third), "Abc");
-    EXPECT_THROW(third.setBuffer(mine, 2, ORV_ENDIAN_MIXED, true), UnsupportedOperationException);
+    EXPECT_THROW(third.setBuffer(mine, 2, TestFixture::MIXED, true), UnsupportedOperationException);
     EXPECT_EQ(bytesOf(third), "xy");
-    EXPECT_EQ(third.getOrder(), ORV_ENDIAN_LITTLE);
+    EXPECT_EQ(third.getOrder(), TestFixture::LITTLE);
 }
 
-TEST(ByteBuffer, duplicatesCopyAllAndSlicesViewTheRest)
+TYPED_TEST(ByteBufferTest, duplicatesCopyAllAndSlicesViewTheRest)
 {
-    const auto source = bufferOf("abcdef", ORV_ENDIAN_BIG);
+    const auto source = bufferOf<TypeParam>("abcdef", TestFixture::BIG);
     source->setPosition(2);
     source->setLimit(4);
     const auto same = source->duplicate(true, 0), wider = source->duplicate(false, 9);
@@ -139,7 +154,7 @@ TEST(ByteBuffer, duplicatesCopyAllAndSlicesViewTheRest)
     EXPECT_TRUE(same->isReadOnly());
     EXPECT_EQ(bytesOf(*wider).substr(0, 6), "abcdef");
     EXPECT_EQ(wider->getPosition() + wider->getLimit(), 6u);
-    EXPECT_EQ(wider->getOrder(), ORV_ENDIAN_BIG);
+    EXPECT_EQ(wider->getOrder(), TestFixture::BIG);
     EXPECT_THROW(source->duplicate(false, 5), RangeErrorException);
 
     const auto slice = source->slice();
@@ -149,9 +164,9 @@ TEST(ByteBuffer, duplicatesCopyAllAndSlicesViewTheRest)
     EXPECT_TRUE(same->slice()->isReadOnly());
 }
 
-TEST(ByteBuffer, fillsFromStreamsAndEmptiesIntoThem)
+TYPED_TEST(ByteBufferTest, fillsFromStreamsAndEmptiesIntoThem)
 {
-    const auto buffer = makeReference<ByteBuffer>(7u, ORV_ENDIAN_LITTLE, false);
+    const auto buffer = makeReference<TypeParam>(7u, TestFixture::LITTLE, false);
     const auto in = makeReference<PieceStream>("abcdefghi", 3u);
     EXPECT_EQ(buffer->readFrom(in.get()), 3u);
     EXPECT_EQ(buffer->readFully(in.get()), 4u);

@@ -1,5 +1,6 @@
 #include "orv/util/CommandLineParser.h"
 
+#include "compat/CORVCmdLineParser.h"
 #include "tests/support/Refusals.h"
 #include "tests/support/Text.h"
 
@@ -8,9 +9,17 @@
 namespace orv::util {
 namespace {
 
+/// The two classes of command lines, which behave alike.
+template <class Line>
+struct CommandLineParserTest : testing::Test {
+};
+using Lines = testing::Types<CommandLineParser, CORVCmdLineParser>;
+TYPED_TEST_SUITE(CommandLineParserTest, Lines);
+
 /// The elements of a parsed line: "name=value,value" for options, "value" for parameters, joined
 /// by blanks, with | around each value.
-String elementsOf(const CommandLineParser& line)
+template <class Line>
+String elementsOf(const Line& line)
 {
     String text;
     for (std::int32_t i = 0; i < line.getElementCount(); ++i) {
@@ -25,7 +34,7 @@ String elementsOf(const CommandLineParser& line)
     return text;
 }
 
-TEST(CommandLineParser, splitsByItsGrammar)
+TYPED_TEST(CommandLineParserTest, splitsByItsGrammar)
 {
     const std::pair<const char16_t*, const char16_t*> rows[] = {
         {u"", u""},
@@ -43,7 +52,7 @@ TEST(CommandLineParser, splitsByItsGrammar)
         {u"-d  -e", u"d="},
         {u"-t x -b y", u"t=|x| |y|"},
     };
-    CommandLineParser line;
+    TypeParam line;
     line.defineOption(u"d", 1, u"one, two");
     line.defineOption(u"t", 2, nullptr);
     for (const auto& [text, elements] : rows) {
@@ -52,9 +61,9 @@ TEST(CommandLineParser, splitsByItsGrammar)
     }
 }
 
-TEST(CommandLineParser, theLastOptionOfANameAnswersOrElseItsDefault)
+TYPED_TEST(CommandLineParserTest, theLastOptionOfANameAnswersOrElseItsDefault)
 {
-    CommandLineParser line;
+    TypeParam line;
     line.defineOption(u"x", 1, u"7");
     line.defineOption(u"empty", 1, u"");
     line.defineOption(u"none", 1, nullptr);
@@ -73,9 +82,9 @@ TEST(CommandLineParser, theLastOptionOfANameAnswersOrElseItsDefault)
     EXPECT_EQ(line.getParameter(0)->getPosition(), 1);
 }
 
-TEST(CommandLineParser, readsNumbersByTheirPrefix)
+TYPED_TEST(CommandLineParserTest, readsNumbersByTheirPrefix)
 {
-    CommandLineParser line;
+    TypeParam line;
     line.parse(u"-n=0x10,010,12x,-7,word -d=2.5e1z,.,");
     for (const auto& [index, number] : {std::pair{0, 16}, {1, 8}, {2, 12}, {3, -7}}) {
         EXPECT_EQ(line.getValueLong(u"n", index), number);
