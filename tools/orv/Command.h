@@ -32,6 +32,7 @@ extern const Command encodings;
 extern const Command ini;
 extern const Command log;
 extern const Command registry;
+extern const Command bundleText;
 extern const Command uri;
 
 } // namespace tool
