@@ -1,14 +1,8 @@
 #include "orv/text/charset/MultiByteConverters.h"
 
-#include "orv/text/charset/internal/Run.h"
-#include "orv/text/charset/internal/Surrogates.h"
-
-#include <algorithm>
+#include "orv/text/charset/internal/MultiByteLoops.h"
 
 namespace orv::text::charset {
-
-using internal::DecoderRun;
-using internal::EncoderRun;
 
 BTCMultiByte::~BTCMultiByte() noexcept(false) = default;
 
@@ -16,33 +10,10 @@ std::int32_t BTCMultiByte::convert(const signed char* src, std::int32_t* srcPos,
                                    std::int32_t srcEnd, char16_t* dst, std::int32_t* dstPos,
                                    std::int32_t dstEnd)
 {
-    DecoderRun run(src, srcPos, srcEnd, dst, dstPos, dstEnd);
-    while (!run.exhausted()) {
-        const auto available = static_cast<std::int32_t>(run.inLeft());
-        std::int32_t consumed = available;
-        const std::uint32_t code = convertBytes(run.in, consumed);
-        if (consumed <= 0) break;
-
-        if (code != 0xFFFD && code < 0x110000) {
-            if (run.full()) break;
-            if (internal::isSurrogate(code)) {
-                internal::throwInvalid(u"Invalid byte sequence (decoded chars in surrogate range)");
-            }
-            if (code < 0x10000) {
-                *run.out++ = static_cast<char16_t>(code);
-            } else {
-                if (run.outLeft() < 2) break;
-                *run.out++ = internal::leadingOf(code);
-                *run.out++ = internal::trailingOf(code);
-            }
-        } else {
-            if (!m_substitutionMode) internal::throwUnmappable();
-            if (run.outLeft() < m_substitutionLength) break;
-            run.out = std::copy_n(m_substitution.begin(), m_substitutionLength, run.out);
-        }
-        run.in += std::min(consumed, available);
-    }
-    return run.written();
+    const auto hook = [this](const signed char* bytes, std::int32_t& n) {
+        return convertBytes(bytes, n);
+    };
+    return convertBy([](auto&) {}, hook, src, srcPos, srcEnd, dst, dstPos, dstEnd);
 }
 
 std::int32_t BTCMultiByte::flush(char16_t* dst, std::int32_t* dstPos, std::int32_t dstEnd)
@@ -80,32 +51,10 @@ CTBMultiByte::~CTBMultiByte() noexcept(false) = default;
 std::int32_t CTBMultiByte::convert(const char16_t* src, std::int32_t* srcPos, std::int32_t srcEnd,
                                    signed char* dst, std::int32_t* dstPos, std::int32_t dstEnd)
 {
-    constexpr std::int32_t MOST_BYTES = 6;
-
-    EncoderRun run(src, srcPos, srcEnd, dst, dstPos, dstEnd);
-    for (; !run.exhausted(); ++run.in) {
-        const char16_t unit = *run.in;
-        std::uint32_t code = unit;
-        if (m_leading != 0) {
-            if (!internal::isTrailing(unit)) internal::throwLoneLeading();
-            code = internal::combined(m_leading, unit);
-            m_leading = 0;
-        }
-        signed char bytes[MOST_BYTES];
-        std::int32_t count = std::min(convertChar(code, bytes, MOST_BYTES), MOST_BYTES);
-        if (count > 0) {
-            if (run.outLeft() < count) break;
-            run.out = std::copy_n(bytes, count, run.out);
-        } else if (internal::isLeading(unit)) {
-            m_leading = unit;
-        } else {
-            if (internal::isTrailing(unit)) internal::throwLoneTrailing();
-            if (!m_substitutionMode) internal::throwUnmappable();
-            if (run.outLeft() < m_substitutionLength) break;
-            run.out = std::copy_n(m_substitution.begin(), m_substitutionLength, run.out);
-        }
-    }
-    return run.written();
+    const auto hook = [this](std::uint32_t code, signed char* buffer, std::int32_t size) {
+        return convertChar(code, buffer, size);
+    };
+    return convertBy([](auto&) {}, hook, src, srcPos, srcEnd, dst, dstPos, dstEnd);
 }
 
 std::int32_t CTBMultiByte::flush(signed char*, std::int32_t*, std::int32_t)

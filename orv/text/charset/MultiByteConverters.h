@@ -40,6 +40,14 @@ protected:
     String m_name;
     std::int32_t m_maxBytesPerChar = -1;
     std::int32_t m_maxCharsPerByte = -1;
+
+private:
+    friend class BTCCom;
+
+    template <class Plain, class Hook>
+    std::int32_t convertBy(Plain plain, Hook hook, const signed char* src, std::int32_t* srcPos,
+                           std::int32_t srcEnd, char16_t* dst, std::int32_t* dstPos,
+                           std::int32_t dstEnd);
 };
 
 /// The root of the encoders with a varying number of bytes per character, through one hook.
@@ -75,6 +83,13 @@ protected:
     std::int32_t m_maxCharsPerByte = -1;
 
 private:
+    friend class CTBCom;
+
+    template <class Plain, class Hook>
+    std::int32_t convertBy(Plain plain, Hook hook, const char16_t* src, std::int32_t* srcPos,
+                           std::int32_t srcEnd, signed char* dst, std::int32_t* dstPos,
+                           std::int32_t dstEnd);
+
     char16_t m_leading = 0; ///< a surrogate that waits for its partner, 0 when none
 };
 

@@ -50,6 +50,7 @@ public:
     Result CharToBytes(std::uint32_t codePoint, util::IByteBuffer* out) override
     {
         if (codePoint == u'f') return E_FAIL;
+        if (codePoint == u'k') kept = out;
         std::string bytes;
         if (codePoint < 0x100) bytes = {'1', static_cast<char>(codePoint)};
         if (codePoint == 0x10000) bytes = "P";
@@ -58,6 +59,44 @@ public:
         out->GetWriteLock(static_cast<std::int32_t>(bytes.size()), &to);
         std::copy(bytes.begin(), bytes.end(), to);
         return out->ReleaseWriteLock(static_cast<std::int32_t>(bytes.size()));
+    }
+
+    Reference<util::IByteBuffer> kept; ///< of the last "k"
+};
+
+/// Takes blocks of small letters, fails on those with an "f", and claims too much behind a "z".
+class FakeBlockCodec : public quark::Implements<FakeCodec, IORVBlockCodec> {
+public:
+    Result QueryInterface(const GUID& iid, void** out) override
+    {
+        static const quark::InterfaceData map[] = {
+            quark::interfaceRow<IORVCharCodec, FakeBlockCodec>(),
+            quark::interfaceRow<IORVBlockCodec, FakeBlockCodec>(), quark::endRow};
+        return quark::QueryInterfaceMap(map, this, iid, out);
+    }
+    Result BytesToUnits(const signed char* bytes, std::int32_t* n, char16_t* units,
+                        std::int32_t* count) override
+    {
+        return take(bytes, n, units, count);
+    }
+    Result UnitsToBytes(const char16_t* units, std::int32_t* n, signed char* bytes,
+                        std::int32_t* count) override
+    {
+        return take(units, n, bytes, count);
+    }
+
+private:
+    template <class From, class To>
+    Result take(const From* from, std::int32_t* n, To* to, std::int32_t* count)
+    {
+        std::int32_t i = 0, extra = 0;
+        for (; i < std::min(*n, *count) && from[i] >= 'a' && from[i] <= 'z'; ++i) {
+            if (from[i] == 'f') return E_FAIL;
+            if (from[i] == 'z') extra = 99;
+            to[i] = static_cast<To>(from[i]);
+        }
+        *n = *count = i + extra;
+        return S_OK;
     }
 };
 
@@ -95,6 +134,7 @@ TEST_F(ComConverters, decodeCharacterByCharacter)
     decoder.setSubstitutionMode(false);
     EXPECT_THROW(decode("1a!"), UnmappableCharacterException);
     EXPECT_EQ(from, 2);
+    EXPECT_EQ(decode("?", 0), u""); // a code point that is none, too, waits for room
     char16_t out[4];
     EXPECT_EQ(decoder.flush(out, &to, 4), 0);
 }
@@ -105,6 +145,8 @@ TEST_F(ComConverters, encodeCharacterByCharacter)
     EXPECT_EQ(encode(u"ab", 3), "1a");
     EXPECT_EQ(from, 1);
     EXPECT_EQ(encode(u"a\u20ACfL"), "1a???"); // none, a failure and an overlong answer alike
+    EXPECT_EQ(encode(u"ka"), "1k1a");
+    EXPECT_EQ(codec->kept->GetData()[1], 'k');                      // the codec's to keep
     EXPECT_THROW(encode(u"\U00010001"), InvalidCharacterException); // a pair without bytes
     encoder.reset();
     EXPECT_THROW(encode(u"a\xDC00"), InvalidCharacterException);
@@ -115,6 +157,27 @@ TEST_F(ComConverters, encodeCharacterByCharacter)
     EXPECT_EQ(encoder.flush(nullptr, &to, 0), 0);
     encoder.setSubstitutionMode(false);
     EXPECT_THROW(encode(u"\u20AC"), UnmappableCharacterException);
+}
+
+TEST_F(ComConverters, takePlainTextInBlocks)
+{
+    const auto blocks = makeReference<FakeBlockCodec>();
+    BTCCom reading(blocks.get());
+    CTBCom writing(blocks.get());
+    EXPECT_EQ(decoded(reading, "ab1\xE9"
+                               "cd!1fe"),
+              u"ab\xE9"
+              u"cd\uFFFD"
+              u"fe");
+    EXPECT_EQ(encoded(writing, u"ab\xE9"
+                               u"cd\U00010000e\u20AC"
+                               u"f"),
+              "ab1\xE9"
+              "cdPe??");
+    EXPECT_EQ(decoded(reading, "xyz", from = 0, 2), u"xy");
+    EXPECT_EQ(from, 2);
+    EXPECT_EQ(decoded(reading, "xyz1a", from = 0, 8).size(), 8u); // no claim leads out of bounds
+    EXPECT_EQ(from, 5);
 }
 
 } // namespace
