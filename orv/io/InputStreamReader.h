@@ -17,7 +17,8 @@ namespace orv::io {
 ///
 /// Once read() has something to give it does not wait for more. Wherever the bytes are split, and
 /// however few units are asked for, the text is the same: a surrogate pair of which there is room
-/// for one unit comes in two reads.
+/// for one unit comes in two reads. Only UTF-32 wants a stream whose reads end at whole words: its
+/// decoder takes the bytes of a cut word for a word.
 ///
 /// Errors: what the decoder throws passes through, with units that the same call had decoded before
 /// lost; the next read meets the same bytes and throws again. Of a sequence cut off by the end of
