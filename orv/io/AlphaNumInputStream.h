@@ -15,11 +15,11 @@ namespace orv::io {
 /// group that the end cuts off gives one byte more than was written, made of the bits left over,
 /// which are 0: bytes whose number is not a multiple of 5 come back with a 0 behind them.
 ///
-/// Each symbol comes by the inner stream's read() of one byte: of a BufferedInputStream, which gives
-/// the bytes 0x80 and above as negative numbers, these are the end. mark(), reset() and close() are
-/// the inner stream's. Errors: InvalidCharacterException "Invalid AlphaNum character"; the byte that
-/// is no symbol has then been read, the next read goes on behind it, and bytes that the failed read
-/// had decoded before are lost to the caller.
+/// Each symbol comes by the inner stream's read() of one byte: of a BufferedInputStream, which
+/// gives the bytes 0x80 and above as negative numbers, these are the end. mark(), reset() and
+/// close() are the inner stream's. Errors: InvalidCharacterException "Invalid AlphaNum character";
+/// the byte that is no symbol has then been read, the next read goes on behind it, and bytes that
+/// the failed read had decoded before are lost to the caller.
 class ORV_API AlphaNumInputStream : public FilterInputStream {
 public:
     /// Reads by the 32 characters of `alphabet`, null for the default one; where a character occurs
