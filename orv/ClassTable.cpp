@@ -39,6 +39,8 @@
 #include "orv/math/BigDecimal.h"
 #include "orv/math/BigInteger.h"
 #include "orv/net/TcpServerSocket.h"
+#include "orv/quark/ClassFactory.h"
+#include "orv/quark/DllModule.h"
 #include "orv/sync/Atomic.h"
 #include "orv/sync/Event.h"
 #include "orv/sync/FakeMutex.h"
@@ -108,6 +110,8 @@ constexpr ClassRow rows[] = {
     row<text::charset::CTBSingleByte>(u"CORVCTBSingleByte"),
     row<text::charset::CTBSingleByteTable>(u"CORVCTBSingleByteTable"),
     row<collections::quark::Collection>(u"CORVCollection"),
+    row<quark::ClassFactory>(u"orv::quark::ClassFactory"),
+    row<quark::DllModule>(u"CORVComDllModule"),
     row<ComObject>(u"CORVComObject"),
     row<util::Comparator>(u"CORVComparator"),
     row<collections::quark::ConstIterator>(u"CORVConstIterator"),

@@ -93,6 +93,14 @@ public:
     /// The interfaces of this class.
     static const quark::InterfaceData* GetComIntfMap();
 
+    /// How a class is registered, null for nothing. A component's class hides these with its own:
+    /// its ProgID, as "Tessaly.Greeter.1", a description for people, the version of its objects,
+    /// and the ProgID that stays the same from version to version. The texts are static.
+    static const char16_t* GetComProgID() noexcept { return nullptr; }
+    static const char16_t* GetComDescription() noexcept { return nullptr; }
+    static const char16_t* GetComObjectVersion() noexcept { return nullptr; }
+    static const char16_t* GetComVersionIndependentProgID() noexcept { return nullptr; }
+
     /// Objects come from orvcore::allocate(), which throws and never gives null.
     static void* operator new(std::size_t size) { return orvcore::allocate(size); }
     static void* operator new(std::size_t size, const std::nothrow_t&) noexcept;
@@ -103,6 +111,10 @@ public:
         orvcore::deallocate(memory);
     }
     static void operator delete(void*, void*) noexcept {}
+
+protected:
+    /// The module of SetComModule(), null for none.
+    quark::ObjectCounter* comModule() const noexcept { return m_module; }
 
 private:
     mutable std::atomic<std::uint32_t> m_count{0};

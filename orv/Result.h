@@ -4,6 +4,7 @@
 #include "platform/orvcore.h"
 
 #include <cstdint>
+#include <type_traits>
 #include <utility>
 
 namespace orv {
@@ -54,7 +55,8 @@ constexpr bool failed(Result result) noexcept
 /// within a catch clause only.
 ORV_API Result resultOfCurrentException();
 
-/// Runs `body` as an interface operation does: S_OK, or the result of what it threw.
+/// Runs `body` as an interface operation does: S_OK, or the result of what it threw. A body that
+/// gives a Result itself decides over what is not thrown.
 ///
 ///     Result GetSize(std::int32_t* out) override
 ///     {
@@ -65,8 +67,12 @@ template <class Body>
 Result resultOf(Body&& body)
 {
     try {
-        std::forward<Body>(body)();
-        return S_OK;
+        if constexpr (std::is_same_v<std::invoke_result_t<Body>, Result>) {
+            return std::forward<Body>(body)();
+        } else {
+            std::forward<Body>(body)();
+            return S_OK;
+        }
     } catch (...) {
         return resultOfCurrentException();
     }

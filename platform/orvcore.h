@@ -9,7 +9,8 @@
 /// The whole face of orvcore, the layer that knows the operating system.
 ///
 /// Results are 32-bit codes: 0 or positive is success, negative is failure. No operation throws,
-/// but for what the new-handler throws out of orvcore::allocate(). Every operation may be called
+/// but for what the new-handler throws out of orvcore::allocate() and what unwinds a thread that is
+/// cancelled within a component. Every operation may be called
 /// from any thread; an object behind a handle has the thread-safety of its kind.
 ///
 /// Text that ends in `W` is zero-terminated UTF-16 in code units, text that ends in `A` is
@@ -234,15 +235,41 @@ ORVCORE_API ORVResult ORVResultFromNative(std::int32_t nativeError) noexcept;
 
 // Component model
 
-/// Tells orvcore that the library behind `token` is up (1) or going down (0).
+/// Tells orvcore that the library behind `token` is up (1) or going down (0). No object is created
+/// while it is down: 0x8007045B.
 ORVCORE_API ORVResult ORVModuleSetInitialized(const void* token, std::int32_t up) noexcept;
-/// Creates an object of a registered class; `outer` is always null.
+
+/// Creates an object of a registered class: `outer`, always null, and `iid` go to the class
+/// factory, and `out` receives the interface with one count, or null.
+///
+/// The store's key CLSID\{class identifier}\InprocServer32, in the 64-bit view of the classes, has
+/// the absolute path of the component's library as its default value. The library is loaded with
+/// its symbols to itself, once for all threads, and stays for the life of the process; its export
+/// ORVGetClassObject(class identifier, interface, out) gives the class factory. A component is
+/// found again at each call: what another process registers, holds for the next object.
+///
+/// | Result | Meaning |
+/// |---|---|
+/// | 0x80040154 | the class is not registered |
+/// | 0x8007000D | what is registered is no path, or for a ProgID no class identifier |
+/// | 0x8007007E | there is no file of that path, or the path is not absolute |
+/// | 0x80070005 | the file may not be read |
+/// | 0x800700C1 | the file is no library, or one that lacks libraries or symbols of others |
+/// | 0x8007007F | the library does not export ORVGetClassObject |
+/// | 0x80004005 | the component threw an exception |
+/// | 0x8007000E | memory ran out, also where the component threw std::bad_alloc |
+/// | 0x8000FFFF | the component told success and gave nothing |
+/// | another | the component's own, 0x80040111 for a class that it does not have; or the store's |
+///
+/// Nothing is thrown but what unwinds a cancelled thread.
 ORVCORE_API ORVResult ORVModuleComCreateObject(const void* token, const GUID& classId, void* outer,
-                                               const GUID& iid, void** out) noexcept;
-/// Creates an object of the class registered under `progId`; `outer` is always null.
+                                               const GUID& iid, void** out);
+/// Creates an object of the class registered under `progId`, in the same way. 0x80040154 where the
+/// ProgID is not registered, 0x800401F8 where it is and its class is not.
 ORVCORE_API ORVResult ORVComCreateObjectByProgID(const char16_t* progId, void* outer,
-                                                 const GUID& iid, void** out) noexcept;
-/// Finds the class identifier registered under `progId`.
+                                                 const GUID& iid, void** out);
+/// Finds the class identifier registered under `progId`, the default value of the key ProgID\CLSID.
+/// 0x80040154 where there is none, 0x8007000D where it is no identifier.
 ORVCORE_API ORVResult ORVComClassIDFromProgID(const char16_t* progId, GUID* out) noexcept;
 /// Order of two identifiers by their raw bytes; 0 when equal.
 ORVCORE_API std::int32_t ORVComCompareGUID(const GUID& a, const GUID& b) noexcept;

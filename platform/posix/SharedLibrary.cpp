@@ -1,4 +1,4 @@
-#include "platform/orvcore.h"
+#include "platform/modules.h"
 
 #include "platform/posix/internal/NarrowText.h"
 #include "platform/posix/internal/NativePath.h"
@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include <dlfcn.h>
@@ -72,4 +73,16 @@ ORVResult ORVLibGetSymbol(ORVHandle library, const char16_t* name, void** out) n
     if (dlerror() != nullptr) return orvcore::symbolNotFound;
     *out = symbol;
     return S_OK;
+}
+
+ORVResult orvcore::moduleFile(const void* address, char16_t* buffer, std::int32_t size) noexcept
+{
+    Dl_info found;
+    if (dladdr(address, &found) == 0 || found.dli_fname == nullptr) return libraryNotFound;
+    const char* file = found.dli_fname;
+    char absolute[PATH_MAX];
+    // Links in an absolute name stay: they outlive the file that they lead to today.
+    if (*file != '/') file = ::realpath(file, absolute);
+    if (file == nullptr) return libraryNotFound;
+    return widenExactly(file, buffer, size) < 0 ? bufferTooSmall : S_OK;
 }

@@ -3,7 +3,7 @@
 #include "orv/internal/AnsiBytes.h"
 #include "orv/text/charset/CharsetExceptions.h"
 
-#include "tests/platform/ScopedVariable.h"
+#include "tests/support/ScopedVariable.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>

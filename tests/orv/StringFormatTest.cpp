@@ -1,6 +1,6 @@
 #include "orv/String.h"
 
-#include "tests/platform/ScopedVariable.h"
+#include "tests/support/ScopedVariable.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "platform/orvcore.h"
 
-#include "tests/platform/ScopedVariable.h"
+#include "tests/support/ScopedVariable.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "platform/orvcore.h"
 
-#include "tests/platform/ScopedVariable.h"
 #include "tests/support/Processes.h"
+#include "tests/support/ScopedVariable.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "platform/moment.h"
 
-#include "tests/platform/ScopedVariable.h"
+#include "tests/support/ScopedVariable.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "orv/i18n/Locale.h"
 
 #include "orv/Exceptions.h"
-#include "tests/platform/ScopedVariable.h"
 #include "tests/support/ForeignCharBuffer.h"
+#include "tests/support/ScopedVariable.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>

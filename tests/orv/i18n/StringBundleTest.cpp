@@ -3,8 +3,8 @@
 #include "orv/collections/StringHashMap.h"
 #include "orv/i18n/ComStringBundle.h"
 #include "orv/i18n/StringMapBundle.h"
-#include "tests/platform/ScopedVariable.h"
 #include "tests/support/ForeignCharBuffer.h"
+#include "tests/support/ScopedVariable.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>

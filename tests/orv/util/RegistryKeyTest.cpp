@@ -1,8 +1,8 @@
 #include "orv/util/RegistryKey.h"
 
 #include "orv/Exceptions.h"
-#include "tests/platform/ScopedVariable.h"
 #include "tests/support/Refusals.h"
+#include "tests/support/ScopedVariable.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Text.h"
 

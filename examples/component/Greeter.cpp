@@ -1,0 +1,63 @@
+#include "IGreeter.h"
+
+#include <orv/Failure>
+#include <orv/Object>
+#include <orv/String>
+#include <orv/quark/ClassRow>
+#include <orv/quark/Component>
+#include <orv/quark/DllModule>
+#include <orv/quark/Implements>
+
+namespace {
+
+/// {C4A2E7B0-93D1-4E6B-8F05-16D2B7A90C3E}
+constexpr GUID CLSID_Greeter{
+    0xC4A2E7B0, 0x93D1, 0x4E6B, {0x8F, 0x05, 0x16, 0xD2, 0xB7, 0xA9, 0x0C, 0x3E}};
+
+class Greeter : public orv::quark::Implements<orv::Object, IGreeter> {
+public:
+    static const char16_t* GetComProgID() { return u"Example.Greeter.1"; }
+    static const char16_t* GetComVersionIndependentProgID() { return u"Example.Greeter"; }
+    static const char16_t* GetComDescription() { return u"Greets people by their names"; }
+
+    orv::Result QueryInterface(const GUID& iid, void** out) override
+    {
+        static const orv::quark::InterfaceData map[] = {
+            orv::quark::interfaceRow<IGreeter, Greeter>(), orv::quark::baseRow<orv::Object>(),
+            orv::quark::endRow};
+        return orv::quark::QueryInterfaceMap(map, this, iid, out);
+    }
+
+    orv::Result Greet(const char16_t* name, orv::util::ICharBuffer* out) const override
+    {
+        return orv::resultOf([&] {
+            orv::String greeting = u"Hello, " + orv::String(name) + u"!";
+            orv::throwIfFailed(ORVCopyCharBuffer(out, &greeting));
+        });
+    }
+};
+
+orv::quark::DllModule& module()
+{
+    static orv::quark::ClassData classes[] = {orv::quark::classRow<Greeter>(CLSID_Greeter),
+                                              orv::quark::endOfClasses()};
+    static orv::quark::DllModule instance(classes);
+    return instance;
+}
+
+} // namespace
+
+orv::Result ORVGetClassObject(const GUID& clsid, const GUID& iid, void** out)
+{
+    return orv::resultOf([&] { return module().GetClassObject(clsid, iid, out); });
+}
+
+orv::Result ORVRegisterServer(const char16_t* path)
+{
+    return orv::resultOf([&] { return module().RegisterServer(path); });
+}
+
+orv::Result ORVUnregisterServer()
+{
+    return orv::resultOf([] { return module().UnregisterServer(); });
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "orv/Export.h"
+#include "orv/Result.h"
+
+/// \file
+/// What the library of a component exports. A component defines the first three, and the last two
+/// where it serves catalogues; a host finds them by name.
+///
+///     orv::Result ORVGetClassObject(const GUID& clsid, const GUID& iid, void** out)
+///     {
+///         return orv::resultOf([&] { return module().GetClassObject(clsid, iid, out); });
+///     }
+///
+/// No exception may leave any of them. Threads: any.
+
+extern "C" {
+
+/// Stores the interface `iid` of the class factory of `clsid` in `*out`, with one count taken.
+/// CLASS_E_CLASSNOTAVAILABLE, and null in `*out`, for a class that the component does not have.
+ORV_API orv::Result ORVGetClassObject(const GUID& clsid, const GUID& iid, void** out);
+
+/// Writes the registration of the component's classes into the configuration store. `path` is the
+/// absolute path of the component's file.
+ORV_API orv::Result ORVRegisterServer(const char16_t* path);
+
+/// Removes the registration of the component's classes.
+ORV_API orv::Result ORVUnregisterServer();
+
+/// Writes the registration of what the component serves out of the file `catalogue`. `path` is the
+/// absolute path of the component's file, as `catalogue` is of its own.
+ORV_API orv::Result ORVRegisterCatalogue(const char16_t* path, const char16_t* catalogue);
+
+/// Removes the registration of a catalogue.
+ORV_API orv::Result ORVUnregisterCatalogue(const char16_t* catalogue);
+
+} // extern "C"
