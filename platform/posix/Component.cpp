@@ -144,15 +144,17 @@ ORVResult findLibrary(const GUID& classId, char16_t* path, std::uint32_t units) 
 struct Loaded {
     Loaded* next;
     ClassObjectEntry entry;
-    char16_t path[1]; ///< with its terminator
+
+    /// Stands behind the record, with its terminator.
+    char16_t* path() noexcept { return reinterpret_cast<char16_t*>(this + 1); }
 };
 constinit std::atomic<Loaded*> s_loaded{nullptr};
 
 ClassObjectEntry findLoaded(std::u16string_view path) noexcept
 {
-    for (const Loaded* each = s_loaded.load(std::memory_order_acquire); each != nullptr;
+    for (Loaded* each = s_loaded.load(std::memory_order_acquire); each != nullptr;
          each = each->next) {
-        if (path == each->path) return each->entry;
+        if (path == each->path()) return each->entry;
     }
     return nullptr;
 }
@@ -163,10 +165,10 @@ void keepLoaded(std::u16string_view path, ClassObjectEntry entry) noexcept
     constinit static RawLock lock;
     const RawGuard guard(lock);
     if (findLoaded(path) != nullptr) return;
-    void* const memory = allocateRaw(sizeof(Loaded) + path.size() * sizeof(char16_t));
+    void* const memory = allocateRaw(sizeof(Loaded) + (path.size() + 1) * sizeof(char16_t));
     if (memory == nullptr) return;
-    auto* const loaded = new (memory) Loaded{s_loaded.load(std::memory_order_relaxed), entry, {}};
-    std::char_traits<char16_t>::copy(loaded->path, path.data(), path.size() + 1);
+    auto* const loaded = new (memory) Loaded{s_loaded.load(std::memory_order_relaxed), entry};
+    std::char_traits<char16_t>::copy(loaded->path(), path.data(), path.size() + 1);
     s_loaded.store(loaded, std::memory_order_release);
 }
 
