@@ -19,6 +19,16 @@ namespace {
     throw UsageError{option + u" has no value; write " + option + u"=VALUE"};
 }
 
+/// Whether `start`, the option with its "=", begins the word behind its switch.
+bool isValueOf(const String& start, const char* word, String* value)
+{
+    const String text(word);
+    const std::int32_t first = text.findFirstNotOf(u"-/", 2);
+    if (first < 1 || !text.substring(first).startsWith(start)) return false;
+    *value = text.substring(first + start.getLength());
+    return true;
+}
+
 } // namespace
 
 Arguments::Arguments(int count, char** words, std::span<const char16_t* const> known,
@@ -61,16 +71,25 @@ String Arguments::text(const char16_t* name) const
     return value;
 }
 
+std::vector<String> Arguments::texts(const char16_t* name) const
+{
+    std::vector<String> values;
+    String value;
+    for (const char* word : m_words) {
+        if (isValueOf(String(name) + u"=", word, &value)) values.push_back(value);
+    }
+    const bool isWhole = std::none_of(values.begin(), values.end(),
+                                      [](const String& each) { return each.getLength() == 0; });
+    if (!isWhole || (values.empty() && has(name))) noValue(name);
+    return values;
+}
+
 String Arguments::verbatim(const char16_t* name) const
 {
-    const String start = String(name) + u"=";
+    String value;
     // As in the parser, the last one counts.
     for (std::size_t i = m_words.size(); i-- > 0;) {
-        const String word(m_words[i]);
-        const std::int32_t first = word.findFirstNotOf(u"-/", 2);
-        if (first < 1) continue;
-        const String option = word.substring(first);
-        if (option.startsWith(start)) return option.substring(start.getLength());
+        if (isValueOf(String(name) + u"=", m_words[i], &value)) return value;
     }
     if (!has(name)) throw UsageError{String(u"-") + name + u" is missing"};
     noValue(name);

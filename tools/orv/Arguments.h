@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
 namespace tool {
 
@@ -32,6 +33,10 @@ public:
 
     /// The value of the option, as it is. Throws UsageError where it is absent or empty.
     orv::String text(const char16_t* name) const;
+
+    /// The values of the option in their order, as often as it is given, perhaps never. Throws
+    /// UsageError where one is empty.
+    std::vector<orv::String> texts(const char16_t* name) const;
 
     /// What stands behind the "=" of the option, perhaps nothing. Throws UsageError where the
     /// option is absent or has no "=".

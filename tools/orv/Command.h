@@ -25,6 +25,7 @@ extern const Command alphanum;
 extern const Command calc;
 extern const Command cipher;
 extern const Command classes;
+extern const Command component;
 extern const Command convert;
 extern const Command digest;
 extern const Command echo;
