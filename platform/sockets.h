@@ -19,7 +19,8 @@ struct timeval;
 /// A socket address: the family in 16 bits, then by family the IPv4 form of 16 bytes (family 2) or
 /// the IPv6 form of 28 bytes (family 23). Ports and addresses stand in network byte order.
 union alignas(8) orv_sockaddr_union {
-    std::uint16_t family; ///< 2 or 23; 0 for none
+    std::uint8_t bytes[128]; ///< all of it, and first, so that `{}` clears all of it
+    std::uint16_t family;    ///< 2 or 23; 0 for none
     /// The IPv4 form.
     struct {
         std::uint16_t family;
@@ -35,7 +36,6 @@ union alignas(8) orv_sockaddr_union {
         std::uint8_t address[16];
         std::uint32_t scopeId;
     } ipv6;
-    std::uint8_t bytes[128]; ///< all of it
 };
 static_assert(sizeof(orv_sockaddr_union) == 128);
 static_assert(sizeof(orv_sockaddr_union::ipv4) == 16);

@@ -2,6 +2,9 @@
 
 #include "orv/net/internal/SocketResult.h"
 
+#include <algorithm>
+#include <chrono>
+
 namespace orv::net {
 
 using internal::resultOf;
@@ -47,9 +50,9 @@ public:
 
     bool isEmpty() const noexcept { return m_count == 0; }
 
-    SocketError wait(std::int32_t* ready) noexcept
+    SocketError wait(std::int64_t microseconds, std::int32_t* ready) noexcept
     {
-        return orvcore::waitForSockets(m_waits, m_count, orvcore::FOR_EVER, ready);
+        return orvcore::waitForSockets(m_waits, m_count, microseconds, ready);
     }
 
     /// The first socket that is ready in this way, NO_SOCKET for none.
@@ -65,6 +68,28 @@ private:
     std::uint32_t m_count = 0;
     orvcore::SocketWait m_waits[TcpServerSocket2::MOST_ADDRESSES];
     orvcore::SocketHold m_holds[TcpServerSocket2::MOST_ADDRESSES];
+};
+
+/// The time that a wait of some milliseconds has left.
+class TimeLeft {
+public:
+    explicit TimeLeft(std::int32_t limit) noexcept : m_isLimited(limit >= 0)
+    {
+        if (m_isLimited) m_end = Clock::now() + std::chrono::milliseconds(limit);
+    }
+
+    std::int64_t inMicroseconds() const noexcept
+    {
+        if (!m_isLimited) return orvcore::FOR_EVER;
+        const auto left = std::chrono::ceil<std::chrono::microseconds>(m_end - Clock::now());
+        return std::max<std::int64_t>(0, left.count());
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    bool m_isLimited;
+    Clock::time_point m_end;
 };
 
 } // namespace
@@ -222,15 +247,21 @@ ENUM_ORV_E_SOCKET TcpServerSocket2::saveBoundAddresses()
 
 ENUM_ORV_E_SOCKET TcpServerSocket2::accept(TcpWorkerSocket2** out)
 {
-    return accept_guts(out, nullptr);
+    return accept_guts(out, nullptr, FOR_EVER);
+}
+
+ENUM_ORV_E_SOCKET TcpServerSocket2::accept(TcpWorkerSocket2** out, std::int32_t limit)
+{
+    return accept_guts(out, nullptr, limit);
 }
 
 ENUM_ORV_E_SOCKET TcpServerSocket2::accept(std::uint64_t* socket)
 {
-    return accept_guts(nullptr, socket);
+    return accept_guts(nullptr, socket, FOR_EVER);
 }
 
-ENUM_ORV_E_SOCKET TcpServerSocket2::accept_guts(TcpWorkerSocket2** worker, std::uint64_t* socket)
+ENUM_ORV_E_SOCKET TcpServerSocket2::accept_guts(TcpWorkerSocket2** worker, std::uint64_t* socket,
+                                                std::int32_t limit)
 {
     const std::uint64_t count = m_socketCount;
     if (count == 0) return ORV_E_SOCKET_ENOTSOCK;
@@ -240,7 +271,7 @@ ENUM_ORV_E_SOCKET TcpServerSocket2::accept_guts(TcpWorkerSocket2** worker, std::
 
     std::uint64_t accepted = NO_SOCKET;
     orv_sockaddr_union peer{};
-    const ENUM_ORV_E_SOCKET result = awaitConnection(&accepted, &peer);
+    const ENUM_ORV_E_SOCKET result = awaitConnection(&accepted, &peer, limit);
     if (result != ORV_E_SOCKET_OK) return result;
     if (socket != nullptr) {
         *socket = accepted;
@@ -255,8 +286,10 @@ ENUM_ORV_E_SOCKET TcpServerSocket2::accept_guts(TcpWorkerSocket2** worker, std::
     return ORV_E_SOCKET_OK;
 }
 
-ENUM_ORV_E_SOCKET TcpServerSocket2::awaitConnection(std::uint64_t* socket, orv_sockaddr_union* peer)
+ENUM_ORV_E_SOCKET TcpServerSocket2::awaitConnection(std::uint64_t* socket, orv_sockaddr_union* peer,
+                                                    std::int32_t limit)
 {
+    const TimeLeft left(limit);
     Listeners listeners;
     const std::uint64_t count = m_socketCount;
     for (std::uint64_t i = 0; i < count; ++i) listeners.add(m_sockets[i]);
@@ -265,10 +298,10 @@ ENUM_ORV_E_SOCKET TcpServerSocket2::awaitConnection(std::uint64_t* socket, orv_s
     for (;;) {
         if (getClosed() != 0 || listeners.isEmpty()) return ORV_E_SOCKET_ENOTSOCK;
         std::int32_t ready = 0;
-        const SocketError waited = listeners.wait(&ready);
+        const SocketError waited = listeners.wait(left.inMicroseconds(), &ready);
         if (getClosed() != 0) return ORV_E_SOCKET_ENOTSOCK;
         if (waited != 0) return resultOf(waited);
-        if (ready == 0) return ORV_E_SOCKET_EINTR;
+        if (ready == 0) return limit < 0 ? ORV_E_SOCKET_EINTR : ORV_E_SOCKET_ETIMEDOUT;
 
         if (const auto failing = listeners.firstReady(orvcore::READY_EXCEPT);
             failing != NO_SOCKET) {

@@ -25,6 +25,8 @@ namespace orv::net {
 /// thread ends their waiting. Everything else: one thread at a time.
 class ORV_API TcpServerSocket2 : public TcpSocket2 {
 public:
+    /// The limit of an accept() that waits for ever.
+    static constexpr std::int32_t FOR_EVER = -1;
     /// Places in each list.
     static constexpr std::uint32_t MOST_ADDRESSES = 20;
 
@@ -83,6 +85,9 @@ public:
     /// memory ran out, with result 0. ORV_E_SOCKET_ENOTSOCK without a socket, also when another
     /// thread closes the server meanwhile.
     ENUM_ORV_E_SOCKET accept(TcpWorkerSocket2** out);
+    /// The same, waiting `limit` milliseconds at most: ORV_E_SOCKET_ETIMEDOUT when none came. 0
+    /// takes what has come, FOR_EVER waits for ever.
+    ENUM_ORV_E_SOCKET accept(TcpWorkerSocket2** out, std::int32_t limit);
     /// The same as a native socket, for the caller to close.
     ENUM_ORV_E_SOCKET accept(std::uint64_t* socket);
 
@@ -123,8 +128,10 @@ private:
     ENUM_ORV_E_SOCKET addEntry(const addrinfo* entry, std::uint16_t port);
     bool keep(std::uint64_t socket) noexcept;
     ENUM_ORV_E_SOCKET shutDownAll(std::int32_t way);
-    ENUM_ORV_E_SOCKET accept_guts(TcpWorkerSocket2** worker, std::uint64_t* socket);
-    ENUM_ORV_E_SOCKET awaitConnection(std::uint64_t* socket, orv_sockaddr_union* peer);
+    ENUM_ORV_E_SOCKET accept_guts(TcpWorkerSocket2** worker, std::uint64_t* socket,
+                                  std::int32_t limit);
+    ENUM_ORV_E_SOCKET awaitConnection(std::uint64_t* socket, orv_sockaddr_union* peer,
+                                      std::int32_t limit);
 
     std::int32_t m_family;
     std::int32_t m_type;

@@ -7,7 +7,7 @@
 
 #include <fcntl.h>
 #include <netinet/in.h>
-#include <poll.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace orvcore {
@@ -70,12 +70,24 @@ int pendingError(int descriptor) noexcept
     return getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
 }
 
+std::int64_t sendLimitOf(int descriptor) noexcept
+{
+    timeval limit{};
+    socklen_t size = sizeof limit;
+    const bool known = getsockopt(descriptor, SOL_SOCKET, SO_SNDTIMEO, &limit, &size) == 0;
+    std::int64_t microseconds = 0;
+    if (!known || microsecondsOf(&limit, &microseconds) != 0) return FOR_EVER;
+    return microseconds == 0 ? FOR_EVER : microseconds;
+}
+
 // An interrupted connect goes on in the background and cannot be called again.
 SocketError awaitConnection(int descriptor) noexcept
 {
-    pollfd waiting{descriptor, POLLOUT, 0};
-    if (resumed([&] { return poll(&waiting, 1, -1); }) < 0) return rememberFailure();
-    return remember(socketErrorOf(pendingError(descriptor)));
+    SocketWait wait{static_cast<NativeSocket>(descriptor), READY_TO_WRITE, 0};
+    std::int32_t ready = 0;
+    const auto error = waitForSockets(&wait, 1, sendLimitOf(descriptor), &ready);
+    if (error != 0) return remember(error);
+    return remember(ready == 0 ? socketTimedOut : socketErrorOf(pendingError(descriptor)));
 }
 
 } // namespace
