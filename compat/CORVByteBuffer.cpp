@@ -2,7 +2,6 @@
 
 #include "orv/io/internal/ByteBufferCore.h"
 
-using orv::Object;
 using orv::io::InputStream;
 using orv::io::OutputStream;
 

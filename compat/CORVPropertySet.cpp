@@ -26,7 +26,7 @@ Result CORVPropertySet::QueryInterface(const GUID& iid, void** out)
 
 CORVSmartPtr<const CORVProperty> CORVPropertySet::requireProperty(const String& name) const
 {
-    const CORVSmartPtr<const CORVProperty> property = getProperty(name);
+    CORVSmartPtr<const CORVProperty> property = getProperty(name);
     if (!property) orv::throwResult(orv::E_NOT_FOUND);
     return property;
 }

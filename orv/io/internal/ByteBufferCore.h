@@ -116,7 +116,7 @@ public:
     {
         if (capacity == 0) capacity = buffer.m_capacity;
         if (capacity < buffer.m_capacity) throwRange();
-        const Pointer copy(new Buffer(capacity, buffer.m_order, readOnly));
+        Pointer copy(new Buffer(capacity, buffer.m_order, readOnly));
         std::copy_n(buffer.m_data, buffer.m_capacity, copy->m_data);
         copy->m_limit = buffer.m_capacity;
         return copy;
