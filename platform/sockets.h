@@ -250,4 +250,8 @@ ORVCORE_API SocketError microsecondsOf(const timeval* limit, std::int64_t* out) 
 ORVCORE_API SocketError waitForSockets(SocketWait* waits, std::uint32_t count, std::int64_t limit,
                                        std::int32_t* ready) noexcept;
 
+/// Waits until the open file `input` has bytes or its end to be read, which is true, or the peer of
+/// `socket` has sent all or is gone, which is false. With both, it is true.
+[[nodiscard]] ORVCORE_API bool awaitInput(NativeSocket socket, ORVHandle input) noexcept;
+
 } // namespace orvcore

@@ -1,3 +1,4 @@
+#include "platform/files.h"
 #include "platform/posix/internal/SocketErrors.h"
 
 #include <algorithm>
@@ -160,6 +161,15 @@ SocketError waitForSockets(SocketWait* waits, std::uint32_t count, std::int64_t 
     if (count > MOST_WAITS) return remember(SOCKET_INVALID_ARGUMENT);
     Polls polls(waits, count);
     return waitUntilReady(polls, End(limit), ready);
+}
+
+bool awaitInput(NativeSocket socket, ORVHandle input) noexcept
+{
+    pollfd polls[] = {{descriptorFromFileHandle(input), POLLIN, 0},
+                      {descriptorToPoll(socket), POLLRDHUP, 0}};
+    while (pollFor(polls, 2, FOR_EVER) < 0 && errno == EINTR) {
+    }
+    return polls[0].revents != 0;
 }
 
 } // namespace orvcore

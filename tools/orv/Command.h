@@ -26,6 +26,7 @@ extern const Command calc;
 extern const Command cipher;
 extern const Command classes;
 extern const Command component;
+extern const Command connect;
 extern const Command convert;
 extern const Command digest;
 extern const Command echo;
@@ -33,6 +34,7 @@ extern const Command encodings;
 extern const Command ini;
 extern const Command log;
 extern const Command registry;
+extern const Command resolve;
 extern const Command bundleText;
 extern const Command uri;
 

@@ -1,4 +1,5 @@
 #include "tools/orv/Command.h"
+#include "tools/orv/Sockets.h"
 
 #include "orv/Exception.h"
 #include "orv/exec/Thread.h"
@@ -24,7 +25,6 @@ using orv::exec::IRunnable;
 using orv::exec::Thread;
 using orv::io::PrintWriter;
 using orv::net::TcpServerSocket2;
-using orv::net::TcpSocket2;
 using orv::net::TcpWorkerSocket2;
 
 constexpr std::int32_t BLOCK = 1 << 16;      ///< bytes echoed at a time
@@ -34,28 +34,8 @@ constexpr std::int32_t ANY_FAMILY = 0;
 constexpr std::int32_t STREAM = 1;
 constexpr std::int32_t TCP = 6;
 
-String described(ENUM_ORV_E_SOCKET result)
-{
-    return ORVGetDescriptionFromORV_E_SOCKET(result);
-}
-
-void check(ENUM_ORV_E_SOCKET result, const char16_t* what)
-{
-    if (result == ORV_E_SOCKET_OK) return;
-    String text = String(what).append(u": ").append(described(result));
-    text.trim();
-    throw Failure{text, result};
-}
-
-struct DestroySocket {
-    template <class Socket>
-    void operator()(Socket* socket) const
-    {
-        TcpSocket2::destroyTcpSocket2(&socket);
-    }
-};
-using Server = std::unique_ptr<TcpServerSocket2, DestroySocket>;
-using Worker = std::unique_ptr<TcpWorkerSocket2, DestroySocket>;
+using Server = OwnedSocket<TcpServerSocket2>;
+using Worker = OwnedSocket<TcpWorkerSocket2>;
 
 /// Sends back what comes over one connection, until its peer ends it.
 class Connection : public orv::quark::Implements<orv::Object, IRunnable> {
@@ -129,7 +109,8 @@ private:
 
     static void waitForBetterTimes(ENUM_ORV_E_SOCKET result)
     {
-        const String text = u"orv echo: no connection taken: " + described(result);
+        const String text =
+            String(u"orv echo: no connection taken: ") + ORVGetDescriptionFromORV_E_SOCKET(result);
         const char* const bytes = text.getBytes();
         std::fprintf(stderr, "%s\n", bytes);
         Thread::sleep(RETRY_AFTER);

@@ -15,9 +15,9 @@ using orv::Reference;
 using orv::String;
 using orv::io::PrintWriter;
 
-const Command* const commands[] = {&about,     &alphanum, &calc,     &cipher,     &classes,
-                                   &component, &convert,  &digest,   &echo,       &encodings,
-                                   &ini,       &log,      &registry, &bundleText, &uri};
+const Command* const commands[] = {
+    &about, &alphanum,  &calc, &cipher, &classes,  &component, &connect,    &convert, &digest,
+    &echo,  &encodings, &ini,  &log,    &registry, &resolve,   &bundleText, &uri};
 
 constexpr std::int32_t OUTPUT_BUFFER = 16384;
 
