@@ -40,6 +40,20 @@ ORVCORE_API void takeBackFromFile(ORVHandle file, std::int32_t size) noexcept;
 /// The same of the file that `path` names, in the way of ORVFileOpen().
 [[nodiscard]] ORVCORE_API ORVResult fileTime(const char16_t* path, std::int64_t* seconds) noexcept;
 
+/// What tells two states of a file apart, and a file from one that took its name.
+struct FileStamp {
+    std::uint64_t device;
+    std::uint64_t number; ///< of the file on its device
+    std::int64_t size;    ///< in bytes
+    std::int64_t changed; ///< content, name or rights, in nanoseconds since 1970
+
+    bool operator==(const FileStamp&) const noexcept = default;
+};
+
+/// The state of the file that `path` names, in the way of ORVFileOpen(). The system counts time in
+/// steps, on some devices of two seconds: a change soon after another may leave no trace.
+[[nodiscard]] ORVCORE_API ORVResult fileStamp(const char16_t* path, FileStamp* out) noexcept;
+
 /// Bytes that can be read without waiting, as far as the system tells; 0 where it does not.
 [[nodiscard]] ORVCORE_API std::int32_t availableInFile(ORVHandle file) noexcept;
 

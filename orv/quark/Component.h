@@ -4,7 +4,7 @@
 #include "orv/Result.h"
 
 /// \file
-/// What the library of a component exports. A component defines the first three, and the last two
+/// What the library of a component exports. A component defines the first three, and the last three
 /// where it serves catalogues; a host finds them by name.
 ///
 ///     orv::Result ORVGetClassObject(const GUID& clsid, const GUID& iid, void** out)
@@ -13,6 +13,10 @@
 ///     }
 ///
 /// No exception may leave any of them. Threads: any.
+
+/// Told of a line of a catalogue that gives nothing: its number, counted from 1, or 0 for the
+/// file as a whole, and what is wrong, a text that lives as long as the call.
+using ORVTellBrokenLine = void (*)(void* context, std::int32_t line, const char16_t* reason);
 
 extern "C" {
 
@@ -33,5 +37,11 @@ ORV_API orv::Result ORVRegisterCatalogue(const char16_t* path, const char16_t* c
 
 /// Removes the registration of a catalogue.
 ORV_API orv::Result ORVUnregisterCatalogue(const char16_t* catalogue);
+
+/// Tells of the broken lines of a catalogue, in their order. A broken line takes nothing else
+/// along, and the catalogue can be registered all the same. Where it cannot, because of its file or
+/// the name of it, the result says why.
+ORV_API orv::Result ORVCheckCatalogue(const char16_t* catalogue, ORVTellBrokenLine tell,
+                                      void* context);
 
 } // extern "C"

@@ -64,6 +64,13 @@ bool isToBeRepeated(int descriptor, short readiness) noexcept
     return poll(&waiting, 1, -1) > 0 || errno == EINTR;
 }
 
+ORVResult statusOf(const char16_t* path, struct stat* out) noexcept
+{
+    NativePath name;
+    if (const ORVResult result = name.assign(path); result < 0) return result;
+    return stat(name.get(), out) == 0 ? S_OK : lastError();
+}
+
 ORVResult writeAll(int descriptor, const char* bytes, std::size_t size,
                    std::int32_t* written) noexcept
 {
@@ -178,11 +185,20 @@ ORVResult fileTime(ORVHandle file, std::int64_t* seconds) noexcept
 ORVResult fileTime(const char16_t* path, std::int64_t* seconds) noexcept
 {
     if (seconds == nullptr) return E_POINTER;
-    NativePath name;
-    if (const ORVResult result = name.assign(path); result < 0) return result;
     struct stat status {};
-    if (stat(name.get(), &status) != 0) return lastError();
+    if (const ORVResult result = statusOf(path, &status); result < 0) return result;
     *seconds = status.st_mtim.tv_sec;
+    return S_OK;
+}
+
+ORVResult fileStamp(const char16_t* path, FileStamp* out) noexcept
+{
+    if (out == nullptr) return E_POINTER;
+    struct stat status {};
+    if (const ORVResult result = statusOf(path, &status); result < 0) return result;
+    constexpr std::int64_t nanoseconds = 1'000'000'000;
+    *out = {status.st_dev, status.st_ino, status.st_size,
+            status.st_ctim.tv_sec * nanoseconds + status.st_ctim.tv_nsec};
     return S_OK;
 }
 

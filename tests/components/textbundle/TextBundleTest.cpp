@@ -1,0 +1,316 @@
+#include "orv/Exception.h"
+#include "orv/collections/List.h"
+#include "orv/collections/quark/ArrayList.h"
+#include "orv/i18n/StringBundle.h"
+#include "orv/io/FileOutputStream.h"
+#include "orv/io/OutputStreamWriter.h"
+#include "orv/log/BasicLogWriter.h"
+#include "orv/log/Logger.h"
+#include "orv/log/StringBundleLogger.h"
+#include "orv/util/RegistryKey.h"
+#include "tests/support/ForeignCharBuffer.h"
+#include "tests/support/ScratchRegistry.h"
+#include "tests/support/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace orv::i18n {
+namespace {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+constexpr Result NO_CATALOGUE = makeResult(0x8007000Du);
+
+/// A host that knows of the component nothing but its file.
+class TextBundle : public testing::Test {
+protected:
+    template <class Entry>
+    static Entry entry(const char16_t* name)
+    {
+        exec::SharedLibrary library(String(ORV_TEXTBUNDLE).getData()); // stays loaded
+        return reinterpret_cast<Entry>(library.getSymbol(name));
+    }
+
+    String path(const std::string& name) const
+    {
+        return m_registry.folder().file(std::u16string(name.begin(), name.end()));
+    }
+
+    Result add(const std::string& name)
+    {
+        return entry<decltype(&ORVRegisterCatalogue)>(u"ORVRegisterCatalogue")(
+            String(ORV_TEXTBUNDLE).getData(), path(name).getData());
+    }
+    Result add(const std::string& name, std::string_view content)
+    {
+        m_registry.folder().write(name, content);
+        return add(name);
+    }
+    Result remove(const std::string& name)
+    {
+        return entry<decltype(&ORVUnregisterCatalogue)>(u"ORVUnregisterCatalogue")(
+            path(name).getData());
+    }
+
+    /// The numbers of the lines that are told.
+    std::vector<std::int32_t> brokenLines(const std::string& name)
+    {
+        std::vector<std::int32_t> lines;
+        const auto tell = [](void* context, std::int32_t line, const char16_t* reason) {
+            EXPECT_GT(ORVStrLenW(reason), 10);
+            static_cast<decltype(lines)*>(context)->push_back(line);
+        };
+        entry<decltype(&ORVCheckCatalogue)>(u"ORVCheckCatalogue")(path(name).getData(), tell,
+                                                                  &lines);
+        return lines;
+    }
+
+    static Reference<StringBundle> open(const char16_t* locale = u"de")
+    {
+        return StringBundle::getBundle(u"Msg", makeReference<Locale>(locale).get());
+    }
+    static String textOf(const char16_t* key, const char16_t* locale = u"de")
+    {
+        try {
+            return open(locale)->getString(key);
+        } catch (const Exception& exception) {
+            return exception.getDescription();
+        }
+    }
+
+    /// Puts a file in the place of another at once.
+    void replace(const std::string& name, std::string_view content) const
+    {
+        m_registry.folder().write("new", content);
+        const auto& folder = m_registry.folder().path();
+        std::filesystem::rename(folder / "new", folder / name);
+    }
+
+    test::ScratchRegistry m_registry;
+    test::ScopedVariable m_locale{"LC_ALL", "fr_FR.UTF-8"};
+};
+
+TEST_F(TextBundle, isFoundFromTheWholeLocaleToEnglish)
+{
+    const char* const locales[] = {"de_AT@euro", "de_AT", "de", "fr_FR", "fr", "en_US", "en"};
+    for (const std::string locale : locales) {
+        ASSERT_EQ(add("Msg." + locale + ".messages", "who = " + locale), S_OK);
+    }
+    for (const std::string locale : locales) {
+        EXPECT_EQ(textOf(u"who", u"de_AT@euro"), locale.c_str());
+        EXPECT_EQ(remove("Msg." + locale + ".messages"), S_OK);
+        EXPECT_EQ(remove("Msg." + locale + ".messages"), E_NOT_FOUND);
+    }
+    EXPECT_EQ(textOf(u"who", u"de_AT@euro"), u"Resource not found");
+}
+
+TEST_F(TextBundle, readsEachLineByItself)
+{
+    struct Row {
+        std::string_view line;
+        const char16_t *key, *text; ///< a null text: broken
+    };
+    const Row rows[] = {
+        {"\xEF\xBB\xBF"
+         "first=1"sv,
+         u"first", u"1"},
+        {"\t plain  key \t=  two words \t"sv, u"plain  key", u"two words"},
+        {"Key=a = b"sv, u"Key", u"a = b"},
+        {"key = b\r"sv, u"key", u"b"},
+        {R"(\#\=\\ = \ \n\r\t\\n\ )"sv, u"#=\\", u" \n\r\t\\n "},
+        {R"(end = \\ )"sv, u"end", u"\\"},
+        {"wide = \xC3\xBC\xE2\x82\xAC\xF0\x9F\x99\x82\xEF\xBF\xBD"sv, u"wide",
+         u"\u00FC\u20AC\U0001F642\uFFFD"},
+        {"none"sv, u"none", nullptr},
+        {" = text"sv, u"", nullptr},
+        {R"(odd = \q)"sv, u"odd", nullptr},
+        {R"(cut = \)"sv, u"cut", nullptr},
+        {R"(hidden \= text)"sv, u"hidden = text", nullptr},
+        {"zero = \0"sv, u"zero", nullptr},
+        {"first = 2"sv, u"first", nullptr},
+        {"latin = \xFC"sv, u"latin", nullptr},
+        {"half = \xED\xA0\x80"sv, u"half", nullptr},
+        {"tail = \xE2\x82"sv, u"tail", nullptr},
+        {"# \xFC"sv, u"#", nullptr},
+        {"empty ="sv, u"empty", u""},
+        {"last = 9"sv, u"last", u"9"},
+    };
+    std::string file;
+    std::map<std::u16string, const char16_t*> texts;
+    std::vector<std::int32_t> broken;
+    std::int32_t number = 0;
+    for (const Row& row : rows) {
+        file.append(number == 0 ? "" : "\n").append(row.line);
+        ++number;
+        if (row.text == nullptr) broken.push_back(number);
+        texts.try_emplace(row.key, row.text);
+    }
+    ASSERT_EQ(add("Msg.de.messages", file + "\n\n \t\n#comment = none"), S_OK);
+    EXPECT_EQ(brokenLines("Msg.de.messages"), broken);
+
+    const auto bundle = open();
+    for (const auto& [key, text] : texts) {
+        const bool has = text != nullptr && *text != 0;
+        EXPECT_EQ(textOf(key.c_str()), has ? text : u"Resource not found") << test::readable(key);
+    }
+    std::vector<std::string> keys;
+    for (const String* key : *bundle->getKeys()) keys.push_back(test::readable(test::units(*key)));
+    EXPECT_EQ(keys, (std::vector<std::string>{"first", "plain  key", "Key", "key", "#=\\", "end",
+                                              "wide", "empty", "last"}));
+}
+
+TEST_F(TextBundle, standsRubbishAndLongLines)
+{
+    std::string rubbish(1 << 20, '\0');
+    std::minstd_rand random(7);
+    for (char& byte : rubbish) byte = static_cast<char>(random() >> 8);
+    EXPECT_EQ(add("Msg.de.messages", "no catalogue\n"), NO_CATALOGUE);
+    EXPECT_EQ(add("Msg.de.messages", rubbish + "\na = A\n" + rubbish), S_OK);
+    EXPECT_EQ(textOf(u"a"), u"A");
+    EXPECT_GT(brokenLines("Msg.de.messages").size(), 1000u);
+
+    const std::string longLine(3 << 20, 'x');
+    EXPECT_EQ(add("Msg.de.messages", longLine + "\nlong = " + longLine + "\nb = B"), S_OK);
+    EXPECT_EQ(open()->getString(u"long").getLength(), 3 << 20);
+    EXPECT_EQ(textOf(u"b"), u"B");
+    EXPECT_EQ(brokenLines("Msg.de.messages"), std::vector{1});
+}
+
+TEST_F(TextBundle, followsItsFileFromOneOpeningToTheNext)
+{
+    ASSERT_EQ(add("Msg.de.messages", "a = 1"), S_OK);
+    ASSERT_EQ(add("Msg.fr.messages", "a = un"), S_OK);
+    const auto before = open();
+    for (const char digit : "2345"s) {
+        m_registry.folder().write("Msg.de.messages", "a = "s + digit);
+        EXPECT_EQ(textOf(u"a"), String(static_cast<char16_t>(digit), 1));
+    }
+    std::filesystem::remove(m_registry.folder().path() / "Msg.de.messages");
+    EXPECT_EQ(textOf(u"a"), u"un");
+    EXPECT_EQ(before->getString(u"a"), u"1") << "keeps what it was opened with";
+    std::filesystem::create_directory(m_registry.folder().path() / "Msg.de.messages");
+    EXPECT_EQ(textOf(u"a"), u"un");
+}
+
+TEST_F(TextBundle, answersThroughItsInterface)
+{
+    ASSERT_EQ(add("Msg.de_AT.messages", "k = 0123456789\ne ="), S_OK);
+    void* made = nullptr;
+    ASSERT_EQ(ORVComCreateObjectByProgID(u"tessaly.MSG.StringBundle.de_at", nullptr,
+                                         IORVResourceBundle::IID, &made),
+              S_OK);
+    const auto bundle =
+        Reference<IORVResourceBundle>::adopt(static_cast<IORVResourceBundle*>(made));
+    test::ForeignCharBuffer key(u"kept"sv), text(u"kept"sv);
+    EXPECT_EQ(bundle->LoadCharBuffer(u"x", &text), E_NOT_FOUND);
+    EXPECT_EQ(text.text(), u"kept"sv);
+    EXPECT_EQ(bundle->LoadCharBuffer(nullptr, &text), E_POINTER);
+    EXPECT_EQ(bundle->LoadCharBuffer(u"k", nullptr), E_POINTER);
+    EXPECT_EQ(bundle->LoadCharBuffer(u"k", &text), S_OK);
+    EXPECT_EQ(text.text(), u"0123456789"sv);
+    text.failWith = E_NOT_AVAILABLE;
+    EXPECT_EQ(bundle->LoadCharBuffer(u"k", &text), E_NOT_AVAILABLE);
+    EXPECT_EQ(text.openLocks(), 0);
+    text.failWith = S_OK;
+
+    std::u16string cut(6, u'#');
+    std::uint32_t room = 4;
+    EXPECT_EQ(bundle->LoadStringW(u"k", cut.data(), &room), S_OK);
+    EXPECT_EQ(cut, u"0123##");
+    std::int32_t count = 0;
+    EXPECT_EQ(bundle->GetCount(&count), S_OK);
+    EXPECT_EQ(count, 2);
+    EXPECT_EQ(bundle->GetResource(1, &key, &text), S_OK);
+    EXPECT_EQ(key.text(), u"e"sv);
+    EXPECT_EQ(text.text(), u""sv);
+    EXPECT_EQ(bundle->GetResource(-1, &key, nullptr), E_INVALIDARG);
+    EXPECT_EQ(bundle->GetResource(2, &key, nullptr), E_INVALIDARG);
+    IORVLocale* locale = nullptr;
+    ASSERT_EQ(bundle->GetLocale(&locale), S_OK);
+    EXPECT_EQ(Reference<IORVLocale>::adopt(locale)->ToString(&text), S_OK);
+    EXPECT_EQ(text.text(), u"de_AT"sv);
+
+    EXPECT_EQ(ORVComCreateObjectByProgID(u"Tessaly.Msg.StringBundle.de_AT", bundle.get(),
+                                         IORVUnknown::IID, &made),
+              CLASS_E_NOAGGREGATION);
+    EXPECT_EQ(entry<decltype(&ORVGetClassObject)>(u"ORVGetClassObject")(IORVUnknown::IID,
+                                                                        IORVUnknown::IID, &made),
+              CLASS_E_CLASSNOTAVAILABLE);
+}
+
+TEST_F(TextBundle, isRegisteredUnderOneIdentifierAndRemovedWhole)
+{
+    for (const char* name : {"Msg.messages", ".de.messages", "Msg.de", "Msg.de-AT.messages",
+                             "Msg.de_.messages", "Msg.UTF-8.messages", "Msg.de@a@b.messages"}) {
+        EXPECT_EQ(add(name, "a = A"), E_INVALIDARG) << name;
+        EXPECT_EQ(brokenLines(name), std::vector{0}) << name;
+    }
+    EXPECT_EQ(add("Msg.it.messages"), E_NOT_FOUND);
+    EXPECT_THROW(util::RegistryKey(u"ORV_HKEY_CLASSES").getSubkey(u"CLSID").getSubkeyIterator(),
+                 ResultException);
+
+    std::filesystem::create_directory(m_registry.folder().path() / "other");
+    ASSERT_EQ(add("Msg.de_AT@euro.messages", "a = A"), S_OK);
+    ASSERT_EQ(add("other/msg.de_AT@euro.messages", "a = other"), S_OK);
+    ASSERT_EQ(add("A.b.c.fr.messages", "a = A"), S_OK);
+    EXPECT_EQ(textOf(u"a", u"de_AT@euro"), u"other") << "took the place of the first";
+    const util::RegistryKey classes(u"ORV_HKEY_CLASSES/CLSID");
+    const auto key = classes.getSubkey(u"{F3DF3F03-8487-3428-876D-B9F7C2052B3C}");
+    EXPECT_EQ(key.getValueString(u"Catalogue"), path("other/msg.de_AT@euro.messages"));
+    EXPECT_EQ(remove("Msg.de_AT@euro.messages"), E_NOT_FOUND) << "another file is registered";
+
+    const util::RegistryKey foreign = classes.getSubkey(u"{00000000-0000-0000-0000-000000000001}");
+    foreign.setValue(u"Catalogue", String(u"of something else"));
+    EXPECT_EQ(entry<decltype(&ORVUnregisterServer)>(u"ORVUnregisterServer")(), S_OK);
+    const auto left = classes.getSubkeyIterator();
+    ASSERT_TRUE(left->hasNext());
+    EXPECT_EQ(left->next()->getKeyName(), foreign.getKeyName());
+    EXPECT_FALSE(left->hasNext());
+    GUID classId;
+    EXPECT_EQ(ORVComClassIDFromProgID(u"Tessaly.A.b.c.StringBundle.fr", &classId),
+              makeResult(0x80040154u));
+}
+
+TEST_F(TextBundle, fillsTheLog)
+{
+    ASSERT_EQ(add("Msg.de.messages", "hello = {0} grüßt {1}, {0}!"), S_OK);
+    const auto bytes =
+        makeReference<io::FileOutputStream>(path("log"), io::FileOutputStream::TRUNC);
+    const auto writer = makeReference<io::OutputStreamWriter>(bytes.get(), u"UTF-8", 4096);
+    const auto logger = makeReference<log::Logger>(u"test");
+    logger->addProcessor(log::BasicLogWriter::create(writer.get()).get());
+    log::StringBundleLogger messages(open().get(), logger.get());
+    const auto arguments = makeReference<collections::List<Object>>(
+        makeReference<collections::quark::ArrayList>().get());
+    for (const auto* name : {u"Anna", u"{0}"}) arguments->add(makeReference<String>(name).get());
+    messages.log(1, u"hello", *arguments);
+    messages.log(1, u"absent");
+    const std::string log = m_registry.folder().read("log");
+    EXPECT_NE(log.find("Anna grüßt {0}, Anna!"), std::string::npos) << log;
+    EXPECT_NE(log.find("absent"), std::string::npos) << log;
+}
+
+TEST_F(TextBundle, isOpenedByManyThreadsWhileItsFileIsReplaced)
+{
+    const std::string versions[] = {"a = 1\nb = 1", "a = 22\nb = 22"};
+    ASSERT_EQ(add("Msg.de.messages", versions[0]), S_OK);
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < 3; ++i) {
+        threads.emplace_back([] {
+            for (int pass = 0; pass < 50; ++pass) {
+                const auto bundle = open();
+                EXPECT_EQ(bundle->getString(u"a"), bundle->getString(u"b"));
+            }
+        });
+    }
+    for (int pass = 0; pass < 50; ++pass) replace("Msg.de.messages", versions[pass % 2]);
+}
+
+} // namespace
+} // namespace orv::i18n
