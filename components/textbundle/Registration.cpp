@@ -133,21 +133,6 @@ GUID classIdOf(const String& progId)
     return guid;
 }
 
-String absolutePath(const char16_t* path)
-{
-    if (path == nullptr) throwResult(E_POINTER);
-    std::vector<char16_t> room(512);
-    Result result = S_OK;
-    while ((result = ORVPathExpand(path, room.data(), static_cast<std::int32_t>(room.size()))) ==
-           E_BUFFER_TOO_SMALL) {
-        room.resize(room.size() * 2);
-    }
-    throwIfFailed(result);
-    String whole(room.data());
-    whole.translate(u'\\', u'/');
-    return whole.startsWith(u"C:/", true) ? whole.substring(2) : whole;
-}
-
 void registerCatalogue(const String& component, const String& catalogue)
 {
     const String progId = nameOf(catalogue).progId();

@@ -28,9 +28,6 @@ CatalogueName nameOf(const String& path);
 /// The class identifier for a ProgID, whatever its case: name-based, version 3 of RFC 9562.
 GUID classIdOf(const String& progId);
 
-/// The path with both slashes one, from the root on.
-String absolutePath(const char16_t* path);
-
 /// Registers the catalogue at `catalogue` for the component at `component`, in place of one of the
 /// same name and locale. 0x8007000D for a file with nothing but broken lines.
 void registerCatalogue(const String& component, const String& catalogue);

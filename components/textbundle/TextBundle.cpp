@@ -88,26 +88,28 @@ Result ORVUnregisterServer()
 
 Result ORVRegisterCatalogue(const char16_t* path, const char16_t* catalogue)
 {
-    return resultOf([&] { registerCatalogue(path, absolutePath(catalogue)); });
+    if (path == nullptr || catalogue == nullptr) return E_POINTER;
+    return resultOf([&] { registerCatalogue(path, catalogue); });
 }
 
 Result ORVUnregisterCatalogue(const char16_t* catalogue)
 {
-    return resultOf([&] { unregisterCatalogue(absolutePath(catalogue)); });
+    if (catalogue == nullptr) return E_POINTER;
+    return resultOf([&] { unregisterCatalogue(catalogue); });
 }
 
 Result ORVCheckCatalogue(const char16_t* catalogue, ORVTellBrokenLine tell, void* context)
 {
-    if (tell == nullptr) return E_POINTER;
+    if (catalogue == nullptr || tell == nullptr) return E_POINTER;
     return resultOf([&] {
-        const orv::String path = absolutePath(catalogue);
-        Catalogue::read(
-            path, [&](std::int32_t line, const char16_t* reason) { tell(context, line, reason); });
         try {
-            nameOf(path);
+            nameOf(catalogue);
         } catch (const orv::ResultException& exception) {
             tell(context, 0, exception.getDescription().getData());
             throw;
         }
+        Catalogue::read(catalogue, [&](std::int32_t line, const char16_t* reason) {
+            tell(context, line, reason);
+        });
     });
 }

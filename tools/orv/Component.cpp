@@ -8,6 +8,7 @@
 #include "tools/orv/Files.h"
 
 #include <algorithm>
+#include <cstdio>
 
 namespace tool {
 namespace {
@@ -29,6 +30,34 @@ String absoluteFile(const String& file)
     const bool hasDrive = path[0] != 0 && path[1] == u':';
     return hasDrive ? path + 2 : path;
 }
+
+/// Prints what is wrong with the lines of a catalogue; of a file that is none, the beginning.
+class BrokenLines {
+public:
+    explicit BrokenLines(const String& name) : m_name(name) {}
+    BrokenLines(const BrokenLines&) = delete;
+    BrokenLines& operator=(const BrokenLines&) = delete;
+    ~BrokenLines()
+    {
+        if (m_count <= MOST) return;
+        std::fprintf(stderr, "%s: %d more broken lines\n", m_name.getBytes(), m_count - MOST);
+    }
+
+    static void tell(void* self, std::int32_t line, const char16_t* reason)
+    {
+        auto& lines = *static_cast<BrokenLines*>(self);
+        if (++lines.m_count > MOST) return;
+        const String place = line > 0 ? u":" + String::valueOf(line) : String();
+        const String text = lines.m_name + place + u": " + reason;
+        std::fprintf(stderr, "%s\n", text.getBytes());
+    }
+
+private:
+    static constexpr std::int32_t MOST = 20;
+
+    String m_name;
+    std::int32_t m_count = 0;
+};
 
 /// The component in a file. What it throws against its word becomes a result.
 class Component {
@@ -54,8 +83,10 @@ public:
     {
         auto* const entry =
             find<decltype(&ORVRegisterCatalogue)>(u"ORVRegisterCatalogue", noCatalogues);
+        const String file = absoluteFile(catalogue);
+        tellBrokenLines(catalogue, file);
         check(u" cannot register the catalogue " + catalogue,
-              [&] { return entry(m_file.getData(), absoluteFile(catalogue).getData()); });
+              [&] { return entry(m_file.getData(), file.getData()); });
     }
     void unregisterCatalogue(const String& catalogue)
     {
@@ -68,6 +99,15 @@ public:
 private:
     static constexpr const char16_t* noComponent = u" is no component: it does not export ";
     static constexpr const char16_t* noCatalogues = u" has no catalogues: it does not export ";
+
+    /// A failure comes again with the registration.
+    void tellBrokenLines(const String& name, const String& file)
+    {
+        auto* const entry = find<decltype(&ORVCheckCatalogue)>(u"ORVCheckCatalogue", noCatalogues);
+        BrokenLines lines(name);
+        static_cast<void>(
+            orv::resultOf([&] { return entry(file.getData(), &BrokenLines::tell, &lines); }));
+    }
 
     template <class Entry>
     Entry find(const char16_t* name, const char16_t* complaint)
@@ -178,9 +218,10 @@ const Command component = {
     u" register|unregister -file=FILE [-catalogue=FILE ...]\n"
     u"       orv component list\n\n"
     u"register enters the classes of a component's library into the store, so that hosts create\n"
-    u"their objects by ProgID, and then what it serves out of the catalogues. unregister removes\n"
-    u"the classes, also those of a file that is gone, or with -catalogue nothing but the "
-    u"catalogues.\n"
+    u"their objects by ProgID, and then what it serves out of the catalogues. Lines of a\n"
+    u"catalogue that give nothing are told on standard error. unregister removes the classes, "
+    u"also\n"
+    u"those of a file that is gone, or with -catalogue nothing but the catalogues.\n"
     u"list prints a line for each class: ProgID or \"-\", class identifier, file, \"present\" or "
     u"\"missing\",\nseparated by tabs.",
     options,

@@ -45,7 +45,7 @@ Reference<StringBundle> openBundle(const Arguments& arguments)
 
 Reference<List<Object>> listOf(const String& texts)
 {
-    const auto list = makeReference<List<Object>>(makeReference<quark::ArrayList>().get());
+    auto list = makeReference<List<Object>>(makeReference<quark::ArrayList>().get());
     for (std::int32_t start = 0, end = 0; end >= 0; start = end + 1) {
         end = texts.indexOf(u',', start);
         list->add(makeReference<String>(texts.substring(start, end)).get());
