@@ -8,8 +8,6 @@ namespace orv::net {
 
 namespace {
 
-using util::quark::QuarkPropertySet;
-
 /// Stores what `make` gives as the interface `iid`. A null `out` is for the object to refuse.
 template <class Make>
 Result handOut(const GUID& iid, void** out, Make make)
@@ -32,10 +30,14 @@ const ::orv::quark::InterfaceData* mapOf()
     return map;
 }
 
-/// Reading takes a set that could be written too.
-util::quark::IPropertySet* readable(const util::quark::IPropertySet* properties)
+/// Lends a component's set, or an empty one where it gave none.
+template <class Use>
+auto withSet(const util::quark::IPropertySet* properties, Use use)
 {
-    return const_cast<util::quark::IPropertySet*>(properties);
+    if (properties == nullptr) return use(util::PropertySet());
+    // Reading takes a set that could be written too.
+    auto* const set = const_cast<util::quark::IPropertySet*>(properties);
+    return use(util::quark::QuarkPropertySet(set, nullptr));
 }
 
 } // namespace
@@ -58,8 +60,7 @@ Result AbstractTransport::CreateAcceptor(const util::quark::IPropertySet* proper
                                          const GUID& iid, void** out)
 {
     return handOut(iid, out, [&] {
-        const QuarkPropertySet set(readable(properties), nullptr);
-        return createAcceptor(set);
+        return withSet(properties, [this](const auto& set) { return createAcceptor(set); });
     });
 }
 
@@ -67,8 +68,7 @@ Result AbstractTransport::CreateConnector(const util::quark::IPropertySet* prope
                                           const GUID& iid, void** out)
 {
     return handOut(iid, out, [&] {
-        const QuarkPropertySet set(readable(properties), nullptr);
-        return createConnector(set);
+        return withSet(properties, [this](const auto& set) { return createConnector(set); });
     });
 }
 

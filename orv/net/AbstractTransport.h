@@ -21,7 +21,8 @@ namespace orv::net {
 ///     };
 ///
 /// Through the interface the properties arrive as a QuarkPropertySet on the stack, which cannot
-/// list its names: ask for those that the transport knows. It holds no data.
+/// list its names: ask for those that the transport knows. Null arrives as an empty set. It holds
+/// no data.
 class ORV_API AbstractTransport
     : public ::orv::quark::Implements<Object, ITransport, quark::IORVTransport> {
 public:

@@ -118,6 +118,8 @@ TEST(Transport, answersTheInterfaceAskedForAndClearsTheOutParameter)
     EXPECT_EQ(transport->CreateAcceptor(set.get(), quark::IORVConnector2::IID, &out),
               E_NOINTERFACE);
     EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(transport->CreateAcceptor(nullptr, quark::IORVAcceptor::IID, &out), E_FAIL)
+        << "no text in it";
     out = &stale;
     const auto connector = makeReference<FakeConnector>(transport->give);
     EXPECT_EQ(connector->Connect(io::quark::IORVChannel::IID, &out), E_NOINTERFACE);

@@ -1,0 +1,222 @@
+#include "orv/io/ByteBuffer.h"
+#include "orv/net/SocketErrors.h"
+#include "orv/net/Transport.h"
+#include "tests/support/Loopback.h"
+#include "tests/support/Refusals.h"
+#include "tests/support/ScratchRegistry.h"
+#include "tests/support/SignalStorm.h"
+#include "tests/support/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace orv::net::test {
+namespace {
+
+using namespace orv::test;
+using io::ByteBuffer;
+using io::IChannel;
+using util::PropertySet;
+
+using Settings = std::map<std::u16string, std::u16string>;
+
+/// The transport as a host finds it: registered in a store of the test's own, made by its name.
+class TcpTransport : public testing::Test {
+protected:
+    TcpTransport()
+    {
+        EXPECT_EQ(ScratchRegistry::registerComponent(ORV_TCPTRANSPORT), S_OK);
+        m_transport = Transport::get(u"Tessaly.Transport.TCP");
+    }
+    ~TcpTransport() noexcept override = default;
+
+    static Reference<PropertySet> properties(const Settings& settings)
+    {
+        const auto set = makeReference<PropertySet>();
+        for (const auto& [name, value] : settings) set->set(name.c_str(), value.c_str());
+        return set;
+    }
+    Reference<IConnector> connector(const Settings& settings)
+    {
+        return m_transport->createConnector(*properties(settings));
+    }
+    /// Listens on a free port of the loopback address, which `m_port` tells.
+    Reference<IAcceptor> acceptor(Settings settings = {})
+    {
+        settings.insert({{u"host", u"127.0.0.1"}, {u"port", u"0"}});
+        const auto set = properties(settings);
+        const auto made = m_transport->createAcceptor(*set);
+        m_port = test::units(set->get(u"localPort"));
+        return made;
+    }
+    Reference<IChannel> connect(Settings settings = {})
+    {
+        settings.insert({{u"host", u"127.0.0.1"}, {u"port", m_port}});
+        return connector(settings)->connect();
+    }
+
+    ScratchRegistry m_registry;
+    Reference<ITransport> m_transport;
+    std::u16string m_port;
+};
+
+std::string read(IChannel& channel)
+{
+    const auto buffer = makeReference<ByteBuffer>(1u << 16, ORV_ENDIAN_LITTLE, false);
+    const int count = channel.read(*buffer);
+    if (count < 0) return "(end)";
+    buffer->flip();
+    std::string text(static_cast<std::size_t>(count), '?');
+    buffer->get(reinterpret_cast<signed char*>(text.data()), static_cast<std::uint32_t>(count));
+    return text;
+}
+
+void write(IChannel& channel, std::string text)
+{
+    ByteBuffer bytes(reinterpret_cast<signed char*>(text.data()),
+                     static_cast<std::uint32_t>(text.size()), ORV_ENDIAN_LITTLE, false);
+    EXPECT_EQ(channel.write(bytes), static_cast<int>(text.size()));
+}
+
+Result codeOf(const std::function<void()>& call)
+{
+    return refusalOf<ResultException>(call).first;
+}
+
+TEST_F(TcpTransport, carriesAMebibyteThereAndBack)
+{
+    constexpr std::size_t SIZE = 1 << 20;
+    const auto listening = acceptor();
+    std::thread echo([&] {
+        const auto channel = listening->accept();
+        for (std::string piece = read(*channel); piece != "(end)"; piece = read(*channel)) {
+            write(*channel, piece);
+        }
+    });
+    std::string sent(SIZE, 0);
+    std::uint32_t state = 1;
+    for (char& byte : sent) byte = static_cast<char>((state = state * 1664525 + 1013904223) >> 24);
+    auto channel = connect();
+    std::thread writer([&] { write(*channel, sent); });
+    std::string came;
+    while (came.size() < SIZE) came += read(*channel);
+    writer.join();
+    EXPECT_TRUE(came == sent);
+    channel = nullptr; // the echo reads its end
+    echo.join();
+}
+
+TEST_F(TcpTransport, tellsAPeerThatEndsFromOneThatGoes)
+{
+    PlainSocket listener;
+    m_port = test::units(String::valueOf(std::uint32_t{listener.listen()}));
+    auto channel = connect();
+    std::uint64_t peer = acceptFrom(listener);
+    orvcore::shutDownSocket(peer, 1);
+    EXPECT_EQ(read(*channel), "(end)");
+    write(*channel, "still heard");
+    char bytes[20];
+    std::int64_t count = 0;
+    EXPECT_EQ(orvcore::receiveBytes(peer, bytes, sizeof bytes, 0, &count), 0u);
+    EXPECT_EQ(std::string(bytes, static_cast<std::size_t>(count)), "still heard");
+
+    const std::uint16_t linger[] = {1, 0};
+    orvcore::setSocketOption(peer, 0xFFFF, 0x80, linger, sizeof linger);
+    orvcore::closeSocket(peer);
+    EXPECT_EQ(codeOf([&] { write(*channel, std::string(1 << 20, 'x')); }), ORV_E_SOCKET_ECONNRESET);
+
+    channel = connect();
+    peer = acceptFrom(listener);
+    orvcore::setSocketOption(peer, 0xFFFF, 0x80, linger, sizeof linger);
+    orvcore::closeSocket(peer);
+    EXPECT_EQ(codeOf([&] { read(*channel); }), ORV_E_SOCKET_ECONNRESET);
+}
+
+TEST_F(TcpTransport, endsEveryWaitAtItsLimit)
+{
+    const Settings soon{{u"timeout", u"50"}};
+    const auto listening = acceptor({{u"acceptTimeout", u"50"}, {u"backlog", u"1"}});
+    EXPECT_EQ(codeOf([&] { listening->accept(); }), ORV_E_SOCKET_ETIMEDOUT);
+    const auto near = connect(soon);
+    auto far = listening->accept();
+    EXPECT_EQ(codeOf([&] { read(*near); }), ORV_E_SOCKET_ETIMEDOUT);
+    write(*far, "late");
+    EXPECT_EQ(read(*near), "late") << "the limit loses nothing";
+    EXPECT_EQ(codeOf([&] { write(*near, std::string(64 << 20, 'x')); }), ORV_E_SOCKET_ETIMEDOUT);
+
+    // A queue that is full lets connections wait; signals make the wait no longer.
+    const SignalStorm storm;
+    std::vector<Reference<IChannel>> queue;
+    const Result full = codeOf([&] {
+        while (queue.size() < 9) queue.push_back(connect(soon));
+    });
+    EXPECT_EQ(full, ORV_E_SOCKET_ETIMEDOUT);
+    EXPECT_GE(queue.size(), 1u);
+}
+
+TEST_F(TcpTransport, refusesWhatCannotBeAndLeavesNothingOpen)
+{
+    const auto listening = acceptor();
+    const std::u16string closed = String::valueOf(std::uint32_t{closedPort()}).getData();
+    const struct {
+        Settings settings;
+        Result ofConnector, ofAcceptor;
+    } rows[] = {
+        {{{u"host", u"127.0.0.1"}}, E_NOT_FOUND, E_NOT_FOUND},
+        {{{u"port", u""}}, E_INVALIDARG, E_INVALIDARG},
+        {{{u"port", u"-1"}}, E_INVALIDARG, E_INVALIDARG},
+        {{{u"port", u"65536"}}, E_INVALIDARG, E_INVALIDARG},
+        {{{u"port", u"80 "}}, E_INVALIDARG, E_INVALIDARG},
+        {{{u"port", u"99999999999999999999"}}, E_INVALIDARG, E_INVALIDARG},
+        {{{u"port", u"7"}, {u"timeout", u"2147483648"}}, E_INVALIDARG, E_INVALIDARG},
+        {{{u"port", u"7"}, {u"backlog", u"many"}}, E_INVALIDARG, E_INVALIDARG},
+        {{{u"host", u"a.invalid"}, {u"port", closed}},
+         ORV_E_SOCKET_EAI_NONAME,
+         ORV_E_SOCKET_EAI_NONAME},
+        {{{u"host", u"127.0.0.1"}, {u"port", closed}}, ORV_E_SOCKET_ECONNREFUSED, S_OK},
+        {{{u"host", u"127.0.0.1"}, {u"port", m_port}}, S_OK, ORV_E_SOCKET_EADDRINUSE},
+        {{{u"host", u"0.0.0.0"}, {u"port", u"0"}}, E_INVALIDARG, ORV_E_SOCKET_EADDRNOTAVAIL},
+        {{{u"host", u"192.0.2.1"}, {u"port", u"0"}}, E_INVALIDARG, ORV_E_SOCKET_EADDRNOTAVAIL},
+        {{{u"host", u"192.0.2.1,127.0.0.1"}, {u"port", u"0"}}, E_INVALIDARG, S_OK},
+    };
+    const auto before = openDescriptors();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(&row - rows);
+        const auto resultOf = [](const std::function<void()>& call) {
+            const Refusal refusal = refusalOf<ResultException>(call);
+            return refusal.second == "not refused" ? S_OK : refusal.first;
+        };
+        EXPECT_EQ(resultOf([&] { connector(row.settings)->connect(); }), row.ofConnector);
+        EXPECT_EQ(resultOf([&] { m_transport->createAcceptor(*properties(row.settings)); }),
+                  row.ofAcceptor);
+    }
+    EXPECT_EQ(openDescriptors(), before);
+    EXPECT_LT(codeOf([] { Transport::get(u"Tessaly.Transport.None"); }), 0);
+}
+
+TEST_F(TcpTransport, givesEachConnectionToOneOfTheThreadsThatAccept)
+{
+    constexpr int EACH = 50;
+    for (const char16_t* host : {u"", u"127.0.0.1"}) {
+        const auto listening = acceptor({{u"host", host}});
+        std::atomic<int> sum{0};
+        const auto serve = [&] {
+            for (int i = 0; i < EACH; ++i) sum += std::stoi(read(*listening->accept()));
+        };
+        std::thread one(serve);
+        std::thread two(serve);
+        for (int i = 1; i <= 2 * EACH; ++i) write(*connect(), std::to_string(i));
+        one.join();
+        two.join();
+        EXPECT_EQ(sum, EACH * (2 * EACH + 1));
+    }
+}
+
+} // namespace
+} // namespace orv::net::test
