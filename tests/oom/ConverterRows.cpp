@@ -1,11 +1,10 @@
 #include "Sweep.h"
 
-#include "orv/quark/Implements.h"
 #include "orv/text/charset/CharToByteConverter.h"
 #include "orv/text/charset/CharsetExceptions.h"
 #include "orv/text/charset/CodecManager.h"
-#include "orv/text/charset/ComConverters.h"
 #include "orv/util/ByteBuffers.h"
+#include "tests/orv/text/charset/FakeCodec.h"
 
 #include <array>
 
@@ -46,38 +45,6 @@ void addEncoding(std::vector<Row>& rows, const char16_t* name)
         [=](String& text) { text.getBytes(name); }));
 }
 
-/// A component's codec, which runs out of memory as others do.
-class Codec : public quark::Implements<Object, IORVCharCodec> {
-public:
-    Result GetName(util::ICharBuffer* out) override
-    {
-        String name(u"A codec with a name that takes more than a granule of memory");
-        return resultOf([&] { ORVCopyCharBuffer(out, &name); });
-    }
-    Result GetMaxBytesPerChar(std::int32_t* out) override { return set(out, 2); }
-    Result GetMaxCharsPerByte(std::int32_t* out) override { return set(out, 1); }
-    Result BytesToChar(const signed char* bytes, std::int32_t* n, std::uint32_t* out) override
-    {
-        *out = static_cast<std::uint32_t>(bytes[0]);
-        return set(n, 1);
-    }
-    Result CharToBytes(std::uint32_t codePoint, util::IByteBuffer* out) override
-    {
-        signed char* bytes = nullptr;
-        const Result result = out->GetWriteLock(2, &bytes);
-        if (failed(result)) return result;
-        bytes[0] = static_cast<signed char>(codePoint);
-        return out->ReleaseWriteLock(1);
-    }
-
-private:
-    static Result set(std::int32_t* out, std::int32_t value)
-    {
-        *out = value;
-        return S_OK;
-    }
-};
-
 /// Throws for the text or the bytes that have no other side.
 void addFailures(std::vector<Row>& rows)
 {
@@ -107,7 +74,7 @@ void addFailures(std::vector<Row>& rows)
 
 void addForeignCodec(std::vector<Row>& rows)
 {
-    const auto codec = makeReference<Codec>();
+    const auto codec = makeReference<FakeCodec>();
     rows.push_back(product("decoder over a codec",
                            [=] { return String(BTCCom(codec.get()).getEncodingName()); }));
     rows.push_back(product("encoder over a codec",

@@ -1,6 +1,5 @@
 #include "Sweep.h"
 
-#include "orv/Floats.h"
 #include "orv/Integers.h"
 #include "orv/math/BigDecimal.h"
 #include "orv/math/BigInteger.h"
@@ -74,7 +73,6 @@ void addIntegers(std::vector<Row>& rows)
         {
             product("BigInteger of text", [] { return BigInteger(s_digits, 10); }),
             product("BigInteger of bytes", [] { return BigInteger(s_bytes.data(), 100, false); }),
-            product("BigInteger, copy", [] { return large(); }),
             product("BigInteger, toString", [] { return large().toString(); }),
             product("huge BigInteger, toString", [] { return huge().toString(); }),
         });
@@ -111,12 +109,10 @@ void addDecimals(std::vector<Row>& rows)
         rows.end(),
         {
             product("BigDecimal of text", [] { return BigDecimal(s_text); }),
-            product("BigDecimal, copy", [] { return decimal(); }),
             product("BigDecimal, toString", [] { return decimal().toString(); }),
             product("BigDecimal, compareTo",
                     [] { return decimal().compareTo(BigDecimal(large(), 90)); }),
             product("parseBigDecimal", [] { return Number::parseBigDecimal(s_text); }),
-            product("Double, toString", [] { return Double(0.1).toString(); }),
             product("Integer32 of text", [] { return Integer32(String(u"77")).toString(); }),
         });
 }

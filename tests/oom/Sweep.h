@@ -163,6 +163,7 @@ inline Row onlyFresh(Row row)
 }
 
 std::vector<Row> bufferRows();
+std::vector<Row> collectionRows();
 std::vector<Row> converterRows();
 std::vector<Row> numberRows();
 std::vector<Row> objectRows();

@@ -56,7 +56,6 @@ struct Edit {
 
 const std::array EDITS{
     Edit{"append", [](String& text) { text.append(MORE); }},
-    Edit{"append units", [](String& text) { text.append(u'x', 100); }},
     Edit{"prepend", [](String& text) { text.prepend(MORE); }},
     Edit{"insert", [](String& text) { text.insert(5, String(MORE)); }},
     Edit{"replace a part", [](String& text) { text.replace(3, 2, MORE, -1, 3); }},
@@ -84,7 +83,6 @@ const std::array EDITS_IN_PLACE{
     Edit{"remove", [](String& text) { text.remove(2, 7); }},
     Edit{"to upper case", [](String& text) { text.toUpper(); }},
     Edit{"trim", [](String& text) { text.trim(); }},
-    Edit{"translate", [](String& text) { text.translate(u'o', u'0'); }},
     Edit{"set a unit", [](String& text) { text.setCharAt(3, u'X'); }},
 };
 
@@ -155,13 +153,10 @@ void addProducts(std::vector<Row>& rows)
                     [] { return String(AcquireMode::AcquireCopyUpper, TEXT); }),
             product("String of a region",
                     [] { return String(AcquireMode::AcquireCopy, sharedText(), 2, 40, 600); }),
-            product("String of units", [] { return String(u'x', 300); }),
             product("String with room", [] { return String(300); }),
             product("String of UTF-8", [] { return String("\xC3\xA4\xE2\x82\xAC", -1, u"UTF-8"); }),
-            product("substring", [] { return sharedText().substring(2, 9); }),
             product("concatenation", [] { return sharedText() + MORE + sharedText(); }),
             product("clone", [] { return Reference<Object>(sharedText().clone()); }),
-            product("valueOf a number", [] { return String::valueOf(-12345); }),
             product("exception with a text", [] { return Exception(TEXT).getDescription(); }),
         });
 }

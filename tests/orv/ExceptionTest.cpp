@@ -19,17 +19,14 @@ static_assert(std::is_base_of_v<MathErrorException, MathDivByZeroException> &&
 
 TEST(ResultOf, turnsExceptionsIntoResults)
 {
-    struct Row {
-        std::function<void()> body;
-        Result expected;
-    };
-    for (const Row& row :
+    using Row = std::pair<std::function<void()>, Result>;
+    for (const auto& [body, expected] :
          {Row{[] {}, S_OK}, Row{[] { throw ResultException(E_NOT_FOUND, u"gone"); }, E_NOT_FOUND},
           Row{[] { throw ReadOnlyException(); }, E_FAIL},
           Row{[] { throw OutOfMemoryException(); }, E_OUTOFMEMORY},
           Row{[] { throw std::bad_alloc(); }, E_OUTOFMEMORY},
           Row{[] { throw std::runtime_error("?"); }, E_FAIL}, Row{[] { throw 7; }, E_FAIL}}) {
-        EXPECT_EQ(resultOf(row.body), row.expected);
+        EXPECT_EQ(resultOf(body), expected);
     }
 }
 

@@ -39,19 +39,16 @@ TEST(Number, convertsToEveryWidthByItsLowBits)
 
 TEST(Number, cutsFloatingPointValuesTowardZero)
 {
-    struct Row {
-        double value;
-        std::int64_t integer;
-    };
+    using Row = std::pair<double, std::int64_t>;
     const double limit = 9223372036854775808.0;
-    for (const Row& row : {Row{2.9, 2},
-                           {-2.9, -2},
-                           {limit, LEAST64},
-                           {-1e300, LEAST64},
-                           {std::nan(""), LEAST64},
-                           {std::nextafter(limit, 0), 9223372036854774784}}) {
-        EXPECT_EQ(Double(row.value).toInt64(), row.integer) << row.value;
-        EXPECT_EQ(Double(row.value).toInt32(), static_cast<std::int32_t>(row.integer));
+    for (const auto& [value, integer] : {Row{2.9, 2},
+                                         {-2.9, -2},
+                                         {limit, LEAST64},
+                                         {-1e300, LEAST64},
+                                         {std::nan(""), LEAST64},
+                                         {std::nextafter(limit, 0), 9223372036854774784}}) {
+        EXPECT_EQ(Double(value).toInt64(), integer) << value;
+        EXPECT_EQ(Double(value).toInt32(), static_cast<std::int32_t>(integer));
     }
     EXPECT_EQ(Float(-7.75f).toInt(), -7);
     EXPECT_EQ(Float(Double(0.1)), 0.1f);
@@ -86,15 +83,12 @@ TEST(Number, prints)
     const Integer64 largest(LEAST64);
     const UInteger64 longest(~std::uint64_t{0});
     const Double twice(1.0 / 3);
-    struct Row {
-        const Number* number;
-        const char16_t* text;
-    };
-    for (const Row& row : {Row{&small, u"-128"},
-                           {&largest, u"-9223372036854775808"},
-                           {&longest, u"18446744073709551615"},
-                           {&twice, u"0.333333"}}) {
-        EXPECT_EQ(row.number->toString(), row.text);
+    using Row = std::pair<const Number*, const char16_t*>;
+    for (const auto& [number, text] : {Row{&small, u"-128"},
+                                       {&largest, u"-9223372036854775808"},
+                                       {&longest, u"18446744073709551615"},
+                                       {&twice, u"0.333333"}}) {
+        EXPECT_EQ(number->toString(), text);
     }
     EXPECT_EQ(longest.toString(36), u"3w5e11264sgsf");
     EXPECT_EQ(longest.toBigInteger().toString(), u"18446744073709551615");

@@ -11,9 +11,11 @@
 namespace orv {
 namespace {
 
+using test::Living;
+
 TEST(Object, identityIsTheSameThroughEveryInterface)
 {
-    const auto object = makeReference<test::Living>();
+    const auto object = makeReference<Living>();
     void* out = nullptr;
     ASSERT_EQ(object->QueryInterface(IORVComparable::IID, &out), S_OK);
     EXPECT_EQ(object->GetRefCount(), 2u);
@@ -26,6 +28,16 @@ TEST(Object, identityIsTheSameThroughEveryInterface)
     EXPECT_EQ(static_cast<IORVUnknown*>(identity)->Release(), 2u);
     EXPECT_EQ(comparable->Release(), 1u);
     EXPECT_EQ(toUnknown(nullptr), nullptr);
+}
+
+TEST(ComObject, aReleaseTooManyWrapsAndDestroysNothing)
+{
+    const int before = Living::count();
+    const Living object;
+    EXPECT_EQ(object.Release(), 0xFFFFFFFFu);
+    EXPECT_EQ(object.GetRefCount(), 0xFFFFFFFFu);
+    EXPECT_EQ(Living::count(), before + 1);
+    EXPECT_EQ(object.AddRef(), 0u);
 }
 
 TEST(Object, comparesAddressesAndStrangersTheOtherWayRound)

@@ -101,29 +101,26 @@ TEST(Str1HashMap, endsAnIterationWhenItChanges)
 {
     Str1HashMap<void*> map;
     for (std::int32_t i = 0; i < 4; ++i) map.put(keyOf(i), pointer(i), nullptr);
-    struct Row {
-        void (*change)(Str1HashMap<void*>&);
-        bool goesOn;
-    };
-    const Row rows[] = {
+    int step = 0;
+    const std::pair<void (*)(Str1HashMap<void*>&), bool> rows[] = {
         {[](Str1HashMap<void*>& m) { m.put(keyOf(1), pointer(9), nullptr); }, true},
         {[](Str1HashMap<void*>& m) { m.remove(keyOf(99), nullptr); }, true},
         {[](Str1HashMap<void*>& m) { m.put(keyOf(50), nullptr, nullptr); }, false},
         {[](Str1HashMap<void*>& m) { m.remove(keyOf(50), nullptr); }, false},
         {[](Str1HashMap<void*>& m) { m.clear(); }, false},
     };
-    for (const Row& row : rows) {
+    for (const auto& [change, goesOn] : rows) {
         Str1HashMap<void*>::KeyValueIterator i;
         map.iteratorInit(i);
         const Str1* key = nullptr;
         void* const* value = nullptr;
         map.iteratorNext(i, &key, &value);
         ASSERT_NE(value, nullptr);
-        row.change(map);
-        EXPECT_EQ(map.iteratorHasNext(i), row.goesOn) << &row - rows;
+        change(map);
+        EXPECT_EQ(map.iteratorHasNext(i), goesOn) << step;
         key = nullptr;
         map.iteratorNext(i, &key, nullptr);
-        EXPECT_EQ(key != nullptr, row.goesOn) << &row - rows;
+        EXPECT_EQ(key != nullptr, goesOn) << step++;
     }
 }
 

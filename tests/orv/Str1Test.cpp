@@ -33,40 +33,36 @@ struct Probe : Base {
 
 TEST(Str1, sharesSlicesUntilSomebodyWrites)
 {
-    struct Row {
-        std::int32_t start, end;
-        std::u16string_view slice;
-    };
-    const Row rows[] = {{0, -1, u"abcdef"}, {2, 4, u"cd"}, {4, 99, u"ef"}, {3, 1, u""},
-                        {2, 2, u""},        {-1, 3, u""},  {6, -1, u""}};
+    const std::tuple<std::int32_t, std::int32_t, std::u16string_view> rows[] = {
+        {0, -1, u"abcdef"}, {2, 4, u"cd"}, {4, 99, u"ef"}, {3, 1, u""},
+        {2, 2, u""},        {-1, 3, u""},  {6, -1, u""}};
     const Str1Copy text(u"abcdef");
-    for (const Row& row : rows) {
-        Str1 slice = text.substring(row.start, row.end);
-        EXPECT_EQ(units(slice), row.slice);
+    for (const auto& [start, end, expected] : rows) {
+        Str1 slice = text.substring(start, end);
+        EXPECT_EQ(units(slice), expected);
         if (slice.isEmpty()) continue;
-        EXPECT_EQ(slice.getData0(), text.getData0() + row.start);
+        EXPECT_EQ(slice.getData0(), text.getData0() + start);
         const Str1 inner(slice, 1, -1);
-        EXPECT_EQ(units(inner), row.slice.substr(1));
+        EXPECT_EQ(units(inner), expected.substr(1));
 
         slice += u'!';
-        EXPECT_EQ(units(slice), std::u16string(row.slice) + u'!');
-        EXPECT_EQ(units(inner), row.slice.substr(1));
+        EXPECT_EQ(units(slice), std::u16string(expected) + u'!');
+        EXPECT_EQ(units(inner), expected.substr(1));
         EXPECT_EQ(units(text), u"abcdef"sv);
     }
 }
 
 TEST(Str1, growsByAQuarterRoundedUpTo16)
 {
-    struct Row {
-        std::int32_t length, added, room;
-    };
+    using Row = std::tuple<std::int32_t, std::int32_t, std::int32_t>;
     // With nothing to keep there is no slack.
-    for (const Row& row : {Row{0, 1, 16}, {0, 100, 112}, {100, 20, 160}, {112, 1, 144}}) {
+    for (const auto& [length, added, room] :
+         {Row{0, 1, 16}, {0, 100, 112}, {100, 20, 160}, {112, 1, 144}}) {
         Probe<Str1> text;
-        text.append(u'a', row.length);
-        text.append(u'b', row.added);
-        EXPECT_EQ(text.room(), row.room) << row.length << " and " << row.added;
-        EXPECT_EQ(text.indexOf(u'b'), row.length);
+        text.append(u'a', length);
+        text.append(u'b', added);
+        EXPECT_EQ(text.room(), room) << length << " and " << added;
+        EXPECT_EQ(text.indexOf(u'b'), length);
     }
 }
 

@@ -19,12 +19,8 @@ using test::units;
 
 TEST(StringConversion, decodesByTheNamedEncoding)
 {
-    struct Row {
-        std::string_view bytes;
-        const char16_t* encoding;
-        std::u16string_view text;
-    };
-    for (const Row& row : {
+    using Row = std::tuple<std::string_view, const char16_t*, std::u16string_view>;
+    for (const auto& [bytes, encoding, expected] : {
              Row{"Gr\xC3\xBC\xC3\x9F"
                  "e",
                  u"UTF-8", u"Grüße"},
@@ -36,14 +32,14 @@ TEST(StringConversion, decodesByTheNamedEncoding)
              {"a\0b"sv, u"UTF-8", u"a\0b"sv},
              {"\xC3", u"UTF-8", u""}, // a cut sequence is not text
          }) {
-        const auto length = static_cast<std::int32_t>(row.bytes.size());
-        String text(row.bytes.data(), length, row.encoding, 0);
-        EXPECT_EQ(units(text), row.text) << row.bytes;
+        const auto length = static_cast<std::int32_t>(bytes.size());
+        String text(bytes.data(), length, encoding, 0);
+        EXPECT_EQ(units(text), expected) << bytes;
         EXPECT_EQ(text.getData()[text.getLength()], u'\0');
 
-        text.setTo(reinterpret_cast<const unsigned char*>(row.bytes.data()), length, row.encoding);
-        EXPECT_EQ(units(text), row.text) << row.bytes;
-        EXPECT_EQ(units(String::CORVString(row.bytes.data(), length, row.encoding, 40)), row.text);
+        text.setTo(reinterpret_cast<const unsigned char*>(bytes.data()), length, encoding);
+        EXPECT_EQ(units(text), expected) << bytes;
+        EXPECT_EQ(units(String::CORVString(bytes.data(), length, encoding, 40)), expected);
     }
 }
 

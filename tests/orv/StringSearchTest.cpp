@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <string_view>
@@ -17,23 +18,21 @@ using test::textOf;
 
 TEST(StringSearch, comparesByUnitThenByLength)
 {
-    struct Row {
-        const char16_t *a, *b;
-        std::int32_t order, caseBlind;
-    };
-    for (const Row& row : {Row{u"abc", u"abc", 0, 0},
-                           {u"abc", u"abd", -1, u'c' - u'd'},
-                           {u"abc", u"abcde", -2, -2},
-                           {u"ABC", u"abc", -1, 0},
-                           {u"\uFFFF", u"\U00010000", 1, 0xFFFF - 0xD800},
-                           {u"\u00C4", u"\u00E4", -1, 0},
-                           {u"K", u"\u212A", -1, 0},
-                           {u"_", u"A", 1, u'_' - u'a'}}) {
-        const String a(row.a);
-        EXPECT_EQ(a.compare(row.b), row.order) << readable(row.a) << readable(row.b);
-        EXPECT_EQ(a.compare(String(row.b), true), row.caseBlind) << readable(row.b);
-        EXPECT_EQ(a.equals(String(row.b)), row.order == 0);
-        EXPECT_EQ(a.compareTo(String(row.b)), row.order);
+    using Row = std::tuple<const char16_t*, const char16_t*, std::int32_t, std::int32_t>;
+    for (const auto& [one, other, order, caseBlind] :
+         {Row{u"abc", u"abc", 0, 0},
+          {u"abc", u"abd", -1, u'c' - u'd'},
+          {u"abc", u"abcde", -2, -2},
+          {u"ABC", u"abc", -1, 0},
+          {u"\uFFFF", u"\U00010000", 1, 0xFFFF - 0xD800},
+          {u"\u00C4", u"\u00E4", -1, 0},
+          {u"K", u"\u212A", -1, 0},
+          {u"_", u"A", 1, u'_' - u'a'}}) {
+        const String a(one);
+        EXPECT_EQ(a.compare(other), order) << readable(one) << readable(other);
+        EXPECT_EQ(a.compare(String(other), true), caseBlind) << readable(other);
+        EXPECT_EQ(a.equals(String(other)), order == 0);
+        EXPECT_EQ(a.compareTo(String(other)), order);
     }
 }
 
@@ -102,55 +101,33 @@ char16_t fold(char16_t unit, bool ignoreCase)
 bool matchesAt(std::u16string_view text, std::size_t place, std::u16string_view pattern, bool blind)
 {
     for (std::size_t i = 0; i < pattern.size(); ++i) {
+        if (place + i >= text.size()) return false;
         if (fold(text[place + i], blind) != fold(pattern[i], blind)) return false;
     }
     return true;
 }
 
-std::int32_t plainIndexOf(std::u16string_view text, std::u16string_view pattern, std::int32_t start,
-                          bool blind)
+bool isIn(std::u16string_view set, char16_t unit, bool blind)
 {
-    for (std::size_t i = static_cast<std::size_t>(start); i + pattern.size() <= text.size(); ++i) {
-        if (matchesAt(text, i, pattern, blind)) return static_cast<std::int32_t>(i);
+    return std::any_of(set.begin(), set.end(),
+                       [=](char16_t own) { return fold(own, blind) == fold(unit, blind); });
+}
+
+/// The first place from `start` on, and the last one up to `start`, that `holds`.
+template <class Holds>
+std::int32_t firstPlace(std::u16string_view text, std::int32_t start, Holds holds)
+{
+    for (auto i = static_cast<std::size_t>(start); i < text.size(); ++i) {
+        if (holds(i)) return static_cast<std::int32_t>(i);
     }
     return -1;
 }
-
-std::int32_t plainLastIndexOf(std::u16string_view text, std::u16string_view pattern,
-                              std::int32_t start, bool blind)
+template <class Holds>
+std::int32_t lastPlace(std::u16string_view text, std::int32_t start, Holds holds)
 {
-    const auto last = std::min(start, static_cast<std::int32_t>(text.size()) - 1);
-    for (std::int32_t i = last + 1 - static_cast<std::int32_t>(pattern.size()); i >= 0; --i) {
-        if (matchesAt(text, static_cast<std::size_t>(i), pattern, blind)) return i;
-    }
-    return -1;
-}
-
-bool plainIsIn(std::u16string_view set, char16_t unit, bool blind)
-{
-    for (const char16_t member : set) {
-        if (fold(member, blind) == fold(unit, blind)) return true;
-    }
-    return false;
-}
-
-std::int32_t plainFindFirst(std::u16string_view text, std::u16string_view set, std::int32_t start,
-                            bool blind, bool wanted)
-{
-    for (std::size_t i = static_cast<std::size_t>(start); i < text.size(); ++i) {
-        if (plainIsIn(set, text[i], blind) == wanted) return static_cast<std::int32_t>(i);
-    }
-    return -1;
-}
-
-std::int32_t plainFindLast(std::u16string_view text, std::u16string_view set, std::int32_t start,
-                           bool blind, bool wanted)
-{
-    for (std::int32_t i = std::min(start, static_cast<std::int32_t>(text.size()) - 1); i >= 0;
-         --i) {
-        if (plainIsIn(set, text[static_cast<std::size_t>(i)], blind) == wanted) return i;
-    }
-    return -1;
+    std::int32_t i = std::min(start, static_cast<std::int32_t>(text.size()) - 1);
+    while (i >= 0 && !holds(static_cast<std::size_t>(i))) --i;
+    return i;
 }
 
 std::int32_t plainCompare(std::u16string_view a, std::u16string_view b)
@@ -191,22 +168,26 @@ TEST_P(Randomised, searchesFindWhatPlainLoopsFind)
         for (const bool blind : {false, true}) {
             SCOPED_TRACE(readable(hay) + " / " + readable(needle) + " from " +
                          std::to_string(start) + (blind ? ", case ignored" : ""));
-            const std::u16string_view one(needle.data(), 1);
-            ASSERT_EQ(text.indexOf(needle.data(), length, start, blind),
-                      plainIndexOf(hay, needle, start, blind));
-            ASSERT_EQ(text.lastIndexOf(needle.data(), length, start, blind),
-                      plainLastIndexOf(hay, needle, start, blind));
-            ASSERT_EQ(text.indexOf(needle[0], start, blind), plainIndexOf(hay, one, start, blind));
-            ASSERT_EQ(text.lastIndexOf(needle[0], start, blind),
-                      plainLastIndexOf(hay, one, start, blind));
-            ASSERT_EQ(text.findFirstOf(needle.data(), length, start, blind),
-                      plainFindFirst(hay, needle, start, blind, true));
-            ASSERT_EQ(text.findFirstNotOf(needle.data(), length, start, blind),
-                      plainFindFirst(hay, needle, start, blind, false));
-            ASSERT_EQ(text.findLastOf(needle.data(), length, start, blind),
-                      plainFindLast(hay, needle, start, blind, true));
-            ASSERT_EQ(text.findLastNotOf(needle.data(), length, start, blind),
-                      plainFindLast(hay, needle, start, blind, false));
+            const auto isAt = [&](std::size_t i) { return matchesAt(hay, i, needle, blind); };
+            const auto endsAt = [&](std::size_t i) {
+                return i + 1 >= needle.size() && isAt(i + 1 - needle.size());
+            };
+            const auto isUnit = [&](std::size_t i) { return isIn({&needle[0], 1}, hay[i], blind); };
+            const auto isOf = [&](std::size_t i) { return isIn(needle, hay[i], blind); };
+            const auto isNotOf = [&](std::size_t i) { return !isOf(i); };
+            const auto last = lastPlace(hay, start, endsAt);
+            const char16_t* const set = needle.data();
+            ASSERT_EQ(text.indexOf(set, length, start, blind), firstPlace(hay, start, isAt));
+            ASSERT_EQ(text.lastIndexOf(set, length, start, blind),
+                      last < 0 ? -1 : last + 1 - length);
+            ASSERT_EQ(text.indexOf(needle[0], start, blind), firstPlace(hay, start, isUnit));
+            ASSERT_EQ(text.lastIndexOf(needle[0], start, blind), lastPlace(hay, start, isUnit));
+            ASSERT_EQ(text.findFirstOf(set, length, start, blind), firstPlace(hay, start, isOf));
+            ASSERT_EQ(text.findFirstNotOf(set, length, start, blind),
+                      firstPlace(hay, start, isNotOf));
+            ASSERT_EQ(text.findLastOf(set, length, start, blind), lastPlace(hay, start, isOf));
+            ASSERT_EQ(text.findLastNotOf(set, length, start, blind),
+                      lastPlace(hay, start, isNotOf));
         }
     }
 }

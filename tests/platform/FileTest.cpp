@@ -81,12 +81,8 @@ TEST_F(Files, pathsThatCannotBeOpenedFailWithTheirReason)
 {
     put(u"file", forWriting | create, "");
     const std::u16string folder = path(u"");
-    struct Row {
-        std::u16string path;
-        std::uint32_t flags;
-        ORVResult result;
-    };
-    for (const Row& row :
+    using Row = std::tuple<std::u16string, std::uint32_t, ORVResult>;
+    for (const auto& [name, flags, result] :
          {Row{path(u"missing"), forReading, failure(2)},
           Row{path(u"missing\\file"), forWriting | create, failure(2)},
           Row{path(u"file\\below"), forReading, failure(3)}, Row{folder, forReading, failure(5)},
@@ -101,8 +97,8 @@ TEST_F(Files, pathsThatCannotBeOpenedFailWithTheirReason)
           Row{path(u"file"), 0, E_INVALIDARG}, Row{path(u"file"), create, E_INVALIDARG},
           Row{path(u"file"), forReading | truncate, E_INVALIDARG}}) {
         ORVHandle file = 0;
-        EXPECT_EQ(ORVFileOpen(row.path.c_str(), row.flags, 0700, &file), row.result)
-            << testing::PrintToString(row.path);
+        EXPECT_EQ(ORVFileOpen(name.c_str(), flags, 0700, &file), result)
+            << testing::PrintToString(name);
         EXPECT_EQ(file, ORV_NO_HANDLE);
     }
     ORVHandle file = 0;
@@ -214,16 +210,13 @@ TEST(Pipes, loseNothingInAStormOfSignals)
 
 TEST(Errors, areTheNumbersThatHostsCompareWith)
 {
-    struct Row {
-        std::int32_t error;
-        std::uint32_t number;
-    };
-    for (const Row& row :
+    using Row = std::pair<std::int32_t, std::uint32_t>;
+    for (const auto& [error, number] :
          {Row{ENOENT, 2}, Row{ENOTDIR, 3}, Row{EMFILE, 4}, Row{ENFILE, 4}, Row{EACCES, 5},
           Row{EPERM, 5}, Row{EISDIR, 5}, Row{EBADF, 6}, Row{ENOMEM, 14}, Row{EROFS, 19},
           Row{EINVAL, 87}, Row{EPIPE, 109}, Row{ENOSPC, 112}, Row{EBUSY, 170}, Row{EEXIST, 183},
           Row{EIO, 31}, Row{ENAMETOOLONG, 206}, Row{-1, 31}, Row{ETIMEDOUT, 1460}}) {
-        EXPECT_EQ(ORVResultFromNative(row.error), failure(row.number)) << row.error;
+        EXPECT_EQ(ORVResultFromNative(error), failure(number)) << error;
     }
     EXPECT_EQ(ORVResultFromNative(0), S_OK);
 }

@@ -51,24 +51,6 @@ struct Objects {
     ORVHandle mutex, event, gate, semaphore, lock, condition;
 };
 
-TEST(Mutex, excludesUnderContention)
-{
-    const Objects objects;
-    int plain = 0;
-    std::vector<std::thread> threads;
-    for (int id = 0; id < 4; ++id) {
-        threads.emplace_back([&] {
-            for (int i = 0; i < 20'000; ++i) {
-                ORVMutexAcquire(objects.mutex);
-                ++plain;
-                ORVMutexRelease(objects.mutex);
-            }
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(plain, 80'000);
-}
-
 TEST(TimedWaits, lastAsLongAsToldThroughInterruptions)
 {
     const Objects objects;

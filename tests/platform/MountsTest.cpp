@@ -28,12 +28,8 @@ std::string narrow(const char16_t* text)
 
 TEST(Mounts, theLongestMountPointDecides)
 {
-    struct Row {
-        const char16_t* path;
-        std::string_view connection;
-        std::int32_t length;
-    };
-    for (const Row& row : {
+    using Row = std::tuple<const char16_t*, std::string_view, std::int32_t>;
+    for (const auto& [path, connection, length] : {
              Row{u"C:\\", "", 2},
              {u"C:\\usr\\bin", "", 2},
              {u"c:\\mnt\\x", "", 6},
@@ -51,9 +47,9 @@ TEST(Mounts, theLongestMountPointDecides)
              {u"D:\\mnt\\win", "", 0},
          }) {
         orvcore::Mount mount;
-        ASSERT_EQ(orvcore::findMount(table.data(), table.size(), row.path, &mount), S_OK);
-        EXPECT_EQ(narrow(mount.connection), row.connection) << narrow(row.path);
-        EXPECT_EQ(mount.length, row.length) << narrow(row.path);
+        ASSERT_EQ(orvcore::findMount(table.data(), table.size(), path, &mount), S_OK);
+        EXPECT_EQ(narrow(mount.connection), connection) << narrow(path);
+        EXPECT_EQ(mount.length, length) << narrow(path);
     }
 }
 

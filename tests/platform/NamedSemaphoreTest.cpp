@@ -50,11 +50,7 @@ private:
     ORVResult m_opened;
 };
 
-/// What a child tells its parent.
-struct Progress {
-    std::atomic<int> step{0};
-    int plain = 0; ///< guarded by the semaphore under test
-};
+using Progress = SharedPage<std::atomic<int>>;
 
 /// A child that takes `holds` of the semaphore and goes on holding them.
 class Holder {
@@ -63,17 +59,17 @@ public:
         : m_child([&, this] {
               const NamedSemaphore semaphore(name, count);
               for (int i = 0; i < holds; ++i) semaphore.wait();
-              m_progress->step = 1;
+              *m_progress = 1;
               for (;;) ::pause();
               return 0;
           })
     {
-        EXPECT_TRUE(awaitTrue([&] { return m_progress->step == 1; }));
+        EXPECT_TRUE(awaitTrue([&] { return *m_progress == 1; }));
     }
     ForkedChild& process() { return m_child; }
 
 private:
-    SharedPage<Progress> m_progress;
+    Progress m_progress;
     ForkedChild m_child;
 };
 
@@ -93,26 +89,6 @@ TEST(NamedSemaphore, takesAnyTextAsItsNameAndLeavesNothing)
         }
         EXPECT_EQ(filesOf(name), 0) << ending;
     }
-}
-
-TEST(NamedSemaphore, processesExcludeEachOther)
-{
-    const std::string name = uniqueName();
-    const SharedPage<Progress> shared;
-    constexpr int each = 3'000;
-    const auto work = [&] {
-        const NamedSemaphore semaphore(name, 1);
-        for (int i = 0; i < each; ++i) {
-            if (semaphore.wait() != S_OK) return 1;
-            ++shared->plain;
-            if (semaphore.post() != S_OK) return 2;
-        }
-        return 0;
-    };
-    ForkedChild first(work), second(work), third(work);
-    for (ForkedChild* child : {&first, &second, &third}) EXPECT_EQ(child->exitCode(), 0);
-    EXPECT_EQ(shared->plain, 3 * each);
-    EXPECT_EQ(filesOf(name), 0);
 }
 
 TEST(NamedSemaphore, whatAKilledProcessHeldComesBackWithinASecond)
@@ -139,18 +115,14 @@ TEST(NamedSemaphore, whatAKilledProcessHeldComesBackWithinASecond)
 
 TEST(NamedSemaphore, aDeathGivesBackNoMoreThanTheInitialCount)
 {
-    struct Row {
-        std::uint32_t initial;
-        int posts;
-        int takes;
-        std::int32_t left;
-    };
-    for (const Row& row : {Row{3, 0, 2, 3}, {0, 3, 2, 1}, {2, 2, 1, 3}, {2, 1, 3, 2}}) {
+    using Row = std::tuple<std::uint32_t, int, int, std::int32_t>;
+    for (const auto& [initial, posts, takes, left] :
+         {Row{3, 0, 2, 3}, {0, 3, 2, 1}, {2, 2, 1, 3}, {2, 1, 3, 2}}) {
         const std::string name = uniqueName();
-        const NamedSemaphore semaphore(name, row.initial);
-        for (int i = 0; i < row.posts; ++i) semaphore.post();
-        Holder(name, row.initial, row.takes).process().kill();
-        EXPECT_EQ(semaphore.value(), row.left) << row.initial << ' ' << row.takes;
+        const NamedSemaphore semaphore(name, initial);
+        for (int i = 0; i < posts; ++i) semaphore.post();
+        Holder(name, initial, takes).process().kill();
+        EXPECT_EQ(semaphore.value(), left) << initial << ' ' << takes;
     }
 }
 
@@ -171,14 +143,14 @@ TEST(NamedSemaphore, aStoppedHolderIsAlive)
 TEST(NamedSemaphore, survivesKillsAtAnyMoment)
 {
     const std::string name = uniqueName();
-    const SharedPage<Progress> shared;
+    const Progress shared;
     const NamedSemaphore semaphore(name, 2);
     const auto work = [&] {
         for (;;) {
             const NamedSemaphore own(name, 2);
             for (int i = 0; i < 50; ++i) {
                 own.wait();
-                ++shared->step;
+                ++*shared;
                 own.post();
             }
         }
@@ -188,8 +160,8 @@ TEST(NamedSemaphore, survivesKillsAtAnyMoment)
     std::chrono::nanoseconds longest{0};
     for (int round = 0; round < 60; ++round) {
         ForkedChild victim(work);
-        const int target = shared->step + 1 + 37 * round % 200;
-        EXPECT_TRUE(awaitTrue([&] { return shared->step >= target; }));
+        const int target = *shared + 1 + 37 * round % 200;
+        EXPECT_TRUE(awaitTrue([&] { return *shared >= target; }));
         victim.kill();
         const auto start = steady_clock::now();
         EXPECT_GE(semaphore.wait(), 0);

@@ -54,16 +54,13 @@ protected:
 
 TEST_F(NarrowText, theCodesetOfTheLocaleChoosesTheEncoding)
 {
-    struct Row {
-        const char* codeset;
-        const char16_t* encoding;
-    };
-    for (const Row& row :
+    using Row = std::pair<const char*, const char16_t*>;
+    for (const auto& [codeset, encoding] :
          {Row{"ANSI_X3.4-1968", u"UTF-8"}, Row{"UTF-8", u"UTF-8"}, Row{"ISO-8859-1", u"CP1252"},
           Row{"ISO-8859-15", u"CP1252"}, Row{"CP1252", u"CP1252"}, Row{"IBM437", u"CP437"},
           Row{"EUC-JP", u"UTF-8"}, Row{"", u"UTF-8"}}) {
-        s_codeset = row.codeset;
-        EXPECT_EQ(defaultEncoding(), row.encoding) << row.codeset;
+        s_codeset = codeset;
+        EXPECT_EQ(defaultEncoding(), encoding) << codeset;
     }
     m_encoding.set("AMP-7");
     EXPECT_EQ(defaultEncoding(), u"AMP-7");
@@ -77,19 +74,15 @@ TEST_F(NarrowText, theCodesetOfTheLocaleChoosesTheEncoding)
 
 TEST_F(NarrowText, isUtf8CutAtAWholeCharacter)
 {
-    struct Row {
-        const char16_t* text;
-        std::int32_t size;
-        const char* bytes;
-    };
-    for (const Row& row :
+    using Row = std::tuple<const char16_t*, std::int32_t, const char*>;
+    for (const auto& [text, size, bytes] :
          {Row{u"abc", 4, "abc"}, Row{u"abc", 3, "ab"}, Row{u"abc", 1, ""},
           Row{u"a\u00E9", 4, "a\xC3\xA9"}, Row{u"a\u00E9", 3, "a"},
           Row{u"\u07FF\u0800\uFFFF", 60, "\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF"},
           Row{u"\U0001F600", 5, "\xF0\x9F\x98\x80"}, Row{u"\U0001F600", 4, ""},
           Row{u"\U0010FFFF", 60, "\xF4\x8F\xBF\xBF"}, Row{u"\xD83Dx\xDE00", 60, "?x?"},
           Row{u"\xD83D", 60, "?"}, Row{u"\xD83D\xD83D\xDE00", 60, "?\xF0\x9F\x98\x80"}}) {
-        EXPECT_EQ(narrow(row.text, row.size), row.bytes);
+        EXPECT_EQ(narrow(text, size), bytes);
     }
     char bytes[4];
     EXPECT_EQ(ORVUnicodeToAnsi(bytes, u"a", 0), 0);
@@ -99,11 +92,8 @@ TEST_F(NarrowText, isUtf8CutAtAWholeCharacter)
 
 TEST_F(NarrowText, otherEncodingsReplaceWhatTheyLack)
 {
-    struct Row {
-        const char* encoding;
-        const char* bytes;
-    };
-    for (const Row& row :
+    using Row = std::pair<const char*, const char*>;
+    for (const auto& [encoding, bytes] :
          {Row{"CP1252", "a\xE9\x80??"},
           {"CP437", "a\x82???"},
           {"ASCII", "a????"},
@@ -112,8 +102,8 @@ TEST_F(NarrowText, otherEncodingsReplaceWhatTheyLack)
           {"Shift_JIS", "a??\x88\xEA?"},
           {"UTF-16LE", "a\xC3\xA9\xE2\x82\xAC\xE4\xB8\x80\xF0\x9F\x98\x80"},
           {"no such encoding", "a\xC3\xA9\xE2\x82\xAC\xE4\xB8\x80\xF0\x9F\x98\x80"}}) {
-        m_encoding.set(row.encoding);
-        EXPECT_EQ(narrow(u"a\u00E9\u20AC\u4E00\U0001F600", 60), row.bytes) << row.encoding;
+        m_encoding.set(encoding);
+        EXPECT_EQ(narrow(u"a\u00E9\u20AC\u4E00\U0001F600", 60), bytes) << encoding;
     }
     m_encoding.set("Shift_JIS");
     EXPECT_EQ(narrow(u"a\u4E00", 3), "a") << "two bytes do not fit";
@@ -121,21 +111,17 @@ TEST_F(NarrowText, otherEncodingsReplaceWhatTheyLack)
 
 TEST(DefaultLocale, comesFromTheFirstVariableThatIsSet)
 {
-    struct Row {
-        const char *all, *messages, *lang;
-        const char16_t* name;
-    };
-    for (const Row& row :
+    using Row = std::tuple<const char*, const char*, const char*, const char16_t*>;
+    for (const auto& [all, messages, lang, expected] :
          {Row{nullptr, nullptr, nullptr, u"en_US"}, Row{"C", "de_DE", "fr_FR", u"en_US"},
           Row{"", "de_DE.UTF-8@euro", "fr_FR", u"de_DE.UTF-8@euro"}, Row{nullptr, "", "fr", u"fr"},
           Row{nullptr, nullptr, "POSIX", u"en_US"}, Row{nullptr, nullptr, "C.UTF-8", u"en_US"},
           Row{nullptr, nullptr, "Cy_GB", u"Cy_GB"}}) {
-        const ScopedVariable all("LC_ALL", row.all);
-        const ScopedVariable messages("LC_MESSAGES", row.messages);
-        const ScopedVariable lang("LANG", row.lang);
+        const ScopedVariable variables[] = {
+            {"LC_ALL", all}, {"LC_MESSAGES", messages}, {"LANG", lang}};
         char16_t name[40];
         ASSERT_EQ(ORVGetDefaultLocale(name, 40), S_OK);
-        EXPECT_EQ(std::u16string(name), row.name);
+        EXPECT_EQ(std::u16string(name), expected);
         EXPECT_EQ(ORVGetDefaultLocale(name, 2), ORVMakeResult(0x80004009));
     }
 }

@@ -13,14 +13,8 @@ constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
 
 TEST(Numbers, readIntegersAndClampThem)
 {
-    struct Row {
-        const char16_t* text;
-        std::int32_t radix;
-        std::int32_t value;
-        std::uint32_t unsignedValue;
-        int read; ///< units up to the end, 0 when nothing was read
-    };
-    for (const Row& row :
+    using Row = std::tuple<const char16_t*, std::int32_t, std::int32_t, std::uint32_t, int>;
+    for (const auto& [text, radix, value, unsignedValue, read] :
          {Row{u"0", 10, 0, 0, 1}, Row{u" \t\n\v\f\r+7", 10, 7, 7, 8},
           Row{u"-1", 10, -1, 0xFFFFFFFF, 2}, Row{u"2147483648", 10, most, 0x80000000, 10},
           Row{u"-2147483648", 10, least, 0x80000000, 11},
@@ -28,27 +22,23 @@ TEST(Numbers, readIntegersAndClampThem)
           Row{u"1012", 2, 5, 5, 3}, Row{u"0x1F", 16, 31, 31, 4}, Row{u"0x", 16, 0, 0, 1},
           Row{u"0x1F", 10, 0, 0, 1}, Row{u"017", 0, 15, 15, 3}, Row{u"", 10, 0, 0, 0},
           Row{u"  -", 10, 0, 0, 0}, Row{u"\u00A05", 10, 0, 0, 0}, Row{u"5", -10, 0, 0, 0}}) {
-        SCOPED_TRACE(testing::PrintToString(std::u16string(row.text)));
+        SCOPED_TRACE(testing::PrintToString(std::u16string(text)));
         const char16_t* end = nullptr;
-        EXPECT_EQ(ORVStrToLW(row.text, &end, row.radix), row.value);
-        EXPECT_EQ(end - row.text, row.read);
-        EXPECT_EQ(ORVStrToULW(row.text, &end, row.radix), row.unsignedValue);
-        EXPECT_EQ(end - row.text, row.read);
-        if (row.radix == 10) {
-            EXPECT_EQ(ORVStrToIW(row.text), row.value);
+        EXPECT_EQ(ORVStrToLW(text, &end, radix), value);
+        EXPECT_EQ(end - text, read);
+        EXPECT_EQ(ORVStrToULW(text, &end, radix), unsignedValue);
+        EXPECT_EQ(end - text, read);
+        if (radix == 10) {
+            EXPECT_EQ(ORVStrToIW(text), value);
         }
     }
 }
 
 TEST(Numbers, readFloatingPointWithAPoint)
 {
-    struct Row {
-        std::u16string text;
-        double value;
-        int read;
-    };
+    using Row = std::tuple<std::u16string, double, int>;
     const double infinity = std::numeric_limits<double>::infinity();
-    for (const Row& row :
+    for (const auto& [text, value, read] :
          {Row{u"1.5", 1.5, 3}, Row{u"1,5", 1.0, 1}, Row{u"  -.25e2x", -25.0, 8}, Row{u"+3", 3.0, 2},
           Row{u"1e+", 1.0, 1}, Row{u"1e308", 1e308, 5}, Row{u"1e999", infinity, 5},
           Row{u"1e-999", 0.0, 6}, Row{u"0x1.8p3", 12.0, 7}, Row{u"0x", 0.0, 1},
@@ -56,9 +46,8 @@ TEST(Numbers, readFloatingPointWithAPoint)
           Row{u"", 0.0, 0}, Row{std::u16string(400, u'1') + u"e-399.", 1.1111111111111112, 405},
           Row{u"0." + std::u16string(300, u'0') + u"25", 0.25e-300, 304}}) {
         const char16_t* end = nullptr;
-        EXPECT_EQ(ORVStrToDW(row.text.c_str(), &end), row.value)
-            << testing::PrintToString(row.text);
-        EXPECT_EQ(end - row.text.c_str(), row.read) << testing::PrintToString(row.text);
+        EXPECT_EQ(ORVStrToDW(text.c_str(), &end), value) << testing::PrintToString(text);
+        EXPECT_EQ(end - text.c_str(), read) << testing::PrintToString(text);
     }
     const char16_t* end = nullptr;
     const char16_t text[] = u"nan(1)x";
@@ -68,21 +57,18 @@ TEST(Numbers, readFloatingPointWithAPoint)
 
 TEST(Numbers, printInEveryRadix)
 {
-    struct Row {
-        std::int32_t value, radix;
-        const char* text;
-    };
-    for (const Row& row :
+    using Row = std::tuple<std::int32_t, std::int32_t, const char*>;
+    for (const auto& [value, radix, text] :
          {Row{0, 10, "0"}, Row{-15, 10, "-15"}, Row{least, 10, "-2147483648"},
           Row{most, 10, "2147483647"}, Row{233, 16, "e9"}, Row{-1, 16, "ffffffff"},
           Row{least, 2, "10000000000000000000000000000000"}, Row{most, 36, "zik0zj"},
           Row{8, 8, "10"}, Row{5, 1, ""}, Row{5, 37, ""}}) {
         char narrow[34];
-        ORVLToStrA(row.value, narrow, row.radix);
-        EXPECT_STREQ(narrow, row.text);
+        ORVLToStrA(value, narrow, radix);
+        EXPECT_STREQ(narrow, text);
         char16_t wide[34];
-        ORVLToStrW(row.value, wide, row.radix);
-        const std::string expected = row.text;
+        ORVLToStrW(value, wide, radix);
+        const std::string expected = text;
         EXPECT_EQ(std::u16string(wide), std::u16string(expected.begin(), expected.end()));
     }
 }

@@ -19,10 +19,8 @@ std::u16string expand(const std::u16string& path, std::int32_t size = 261)
 
 TEST(Path, expandsToADriveWithoutDots)
 {
-    struct Row {
-        const char16_t *path, *expanded;
-    };
-    for (const Row& row :
+    using Row = std::pair<const char16_t*, const char16_t*>;
+    for (const auto& [path, expanded] :
          {Row{u"/", u"C:\\"}, Row{u"C:\\", u"C:\\"}, Row{u"c:/a/./b/../c", u"c:\\a\\c"},
           Row{u"/a//b///c", u"C:\\a\\b\\c"}, Row{u"/a/b/", u"C:\\a\\b\\"},
           Row{u"/a/b/..", u"C:\\a"}, Row{u"/a/b/.", u"C:\\a\\b"}, Row{u"/a/../../../b", u"C:\\b"},
@@ -30,8 +28,7 @@ TEST(Path, expandsToADriveWithoutDots)
           Row{u"/a/.b/..c/.", u"C:\\a\\.b\\..c"}, Row{u"d:\\x\\..\\y", u"d:\\y"},
           Row{u"D:x", u"D:\\x"}, Row{u"\\\\srv\\share\\a\\..\\..\\b", u"\\\\srv\\share\\b"},
           Row{u"//srv/share", u"\\\\srv\\share\\"}}) {
-        EXPECT_EQ(expand(row.path), row.expanded)
-            << testing::PrintToString(std::u16string(row.path));
+        EXPECT_EQ(expand(path), expanded) << testing::PrintToString(std::u16string(path));
     }
 }
 

@@ -241,15 +241,12 @@ TEST_F(Registry, refusesWhatItCannotKeep)
     EXPECT_EQ(set(most + u"n", u"v", "x"), nameTooLong);
     EXPECT_EQ(set(u"k", most + u"n", "x"), nameTooLong);
     EXPECT_EQ(set(u"k", u"v", "x", static_cast<ENUM_ORV_HKEY>(5)), E_INVALIDARG);
-    struct Row {
-        std::uint32_t type, size;
-        ORVResult result;
-    };
-    for (const Row& row : {Row{0, 3, S_OK}, Row{1, 3, E_INVALIDARG}, Row{1, 4, S_OK},
-                           Row{2, 4, E_INVALIDARG}, Row{2, 8, S_OK}, Row{4, 4, E_INVALIDARG}}) {
-        EXPECT_EQ(ORVRegistrySetValue(ORV_HKEY_USER, u"k", u"v", row.type, "12345678", row.size),
-                  row.result)
-            << row.type;
+    using Row = std::tuple<std::uint32_t, std::uint32_t, ORVResult>;
+    for (const auto& [type, size, result] :
+         {Row{0, 3, S_OK}, Row{1, 3, E_INVALIDARG}, Row{1, 4, S_OK}, Row{2, 4, E_INVALIDARG},
+          Row{2, 8, S_OK}, Row{4, 4, E_INVALIDARG}}) {
+        EXPECT_EQ(ORVRegistrySetValue(ORV_HKEY_USER, u"k", u"v", type, "12345678", size), result)
+            << type;
     }
     EXPECT_EQ(ORVRegistrySetValue(ORV_HKEY_USER, nullptr, u"v", 0, "", 0), E_POINTER);
     EXPECT_EQ(ORVRegistrySetValue(ORV_HKEY_USER, u"k", u"v", 0, nullptr, 1), E_POINTER);
@@ -293,12 +290,8 @@ TEST_F(Registry, leavesAFileAloneThatIsNotItsOwn)
         sqlite3_exec(database, sql, nullptr, nullptr, nullptr);
         sqlite3_close(database);
     };
-    struct Row {
-        const char* what;
-        std::function<void()> make;
-        ORVResult result;
-    };
-    for (const Row& row : {
+    using Row = std::tuple<const char*, std::function<void()>, ORVResult>;
+    for (const auto& [what, make, result] : {
              Row{"rubbish", [&] { m_home.write("store.db", std::string(20'000, 'r')); }, damaged},
              Row{"short", [&] { m_home.write("store.db", "SQLite"); }, damaged},
              Row{"a foreign database", [&] { otherDatabase("CREATE TABLE t(x)"); }, damaged},
@@ -316,18 +309,17 @@ TEST_F(Registry, leavesAFileAloneThatIsNotItsOwn)
         for (const auto& entry : std::filesystem::directory_iterator(m_folder)) {
             std::filesystem::remove_all(entry);
         }
-        row.make();
+        make();
         const auto content = [&] {
             return std::filesystem::is_directory(m_file) ? "" : m_home.read("store.db");
         };
         const std::string before = content();
         std::uint32_t size = 0;
-        EXPECT_EQ(ORVRegistryGetValue(ORV_HKEY_USER, u"k", u"v", nullptr, nullptr, &size),
-                  row.result)
-            << row.what;
-        EXPECT_EQ(set(u"k", u"v", "y"), row.result) << row.what;
-        EXPECT_EQ(keysOf(u"k"), Names{u"none"}) << row.what;
-        EXPECT_EQ(content(), before) << row.what;
+        EXPECT_EQ(ORVRegistryGetValue(ORV_HKEY_USER, u"k", u"v", nullptr, nullptr, &size), result)
+            << what;
+        EXPECT_EQ(set(u"k", u"v", "y"), result) << what;
+        EXPECT_EQ(keysOf(u"k"), Names{u"none"}) << what;
+        EXPECT_EQ(content(), before) << what;
     }
 }
 

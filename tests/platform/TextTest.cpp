@@ -38,33 +38,27 @@ TEST(Text, lengthNeverReadsPastThePage)
 
 TEST(Text, tokensSkipLeadingDelimitersAndEndOnTheTerminator)
 {
-    struct Row {
-        std::u16string text;
-        const char16_t* delimiters;
-        std::vector<std::u16string> tokens;
-    };
-    for (const Row& row :
-         {Row{u"one two", u" ", {u"one", u"two"}}, Row{u"  one   two  ", u" ", {u"one", u"two"}},
-          Row{u",a;b,;c", u",;", {u"a", u"b", u"c"}}, Row{u"   ", u" ", {}}, Row{u"", u" ", {}},
-          Row{u"whole text", u"", {u"whole text"}}}) {
-        std::u16string text = row.text;
+    using Row = std::tuple<std::u16string, const char16_t*, std::vector<std::u16string>>;
+    for (auto [text, delimiters, expected] : {Row{u"  one   two  ", u" ", {u"one", u"two"}},
+                                              {u",a;b,;c", u",;", {u"a", u"b", u"c"}},
+                                              {u"   ", u" ", {}},
+                                              {u"", u" ", {}},
+                                              {u"whole text", u"", {u"whole text"}}}) {
         char16_t* position = text.data();
         std::vector<std::u16string> tokens;
-        while (const char16_t* token = ORVStrTokW(&position, row.delimiters)) {
+        while (const char16_t* token = ORVStrTokW(&position, delimiters)) {
             tokens.emplace_back(token);
         }
-        EXPECT_EQ(tokens, row.tokens);
+        EXPECT_EQ(tokens, expected);
         EXPECT_EQ(position, text.data() + text.size());
-        EXPECT_EQ(ORVStrTokW(&position, row.delimiters), nullptr);
+        EXPECT_EQ(ORVStrTokW(&position, delimiters), nullptr);
     }
 }
 
 TEST(CaseMapping, mapsOneToOneInEveryScript)
 {
-    struct Row {
-        char16_t unit, lower, upper;
-    };
-    for (const Row& row :
+    using Row = std::tuple<char16_t, char16_t, char16_t>;
+    for (const auto& [unit, lower, upper] :
          {Row{u'A', u'a', u'A'},    {u'Z', u'z', u'Z'},       {u'z', u'z', u'Z'},
           {u'@', u'@', u'@'},       {u'[', u'[', u'['},       {u'`', u'`', u'`'},
           {u'{', u'{', u'{'},       {0x00B5, 0x00B5, 0x039C}, {0x00C9, 0x00E9, 0x00C9},
@@ -81,8 +75,8 @@ TEST(CaseMapping, mapsOneToOneInEveryScript)
           {0x2170, 0x2170, 0x2160}, {0x24B6, 0x24D0, 0x24B6}, {0x4E00, 0x4E00, 0x4E00},
           {0xA77D, 0x1D79, 0xA77D}, {0xFB00, 0xFB00, 0xFB00}, {0xFF21, 0xFF41, 0xFF21},
           {0xFFFF, 0xFFFF, 0xFFFF}}) {
-        EXPECT_EQ(ORVToLowerW(row.unit), row.lower) << std::hex << int{row.unit};
-        EXPECT_EQ(ORVToUpperW(row.unit), row.upper) << std::hex << int{row.unit};
+        EXPECT_EQ(ORVToLowerW(unit), lower) << std::hex << int{unit};
+        EXPECT_EQ(ORVToUpperW(unit), upper) << std::hex << int{unit};
     }
 }
 

@@ -46,14 +46,11 @@ TEST(Thread, knowsTheIdentifierThatItsCreatorGot)
 TEST(Thread, ofAForkedChildHasTheIdentifierOfTheChild)
 {
     const std::uint32_t parent = orvcore::currentThreadId();
+    const auto isOwn = [] { return orvcore::currentThreadId() == std::uint32_t(::getpid()); };
     for (int generation = 0; generation < 2; ++generation) {
-        orv::test::ForkedChild child([parent] {
-            const auto own = static_cast<std::uint32_t>(::getpid());
-            if (orvcore::currentThreadId() != own || own == parent) return 1;
-            orv::test::ForkedChild grandchild([] {
-                return orvcore::currentThreadId() == static_cast<std::uint32_t>(::getpid()) ? 0 : 1;
-            });
-            return grandchild.exitCode() + (orvcore::currentThreadId() == own ? 0 : 1);
+        orv::test::ForkedChild child([&] {
+            orv::test::ForkedChild grandchild([&] { return isOwn() ? 0 : 1; });
+            return grandchild.exitCode() + (isOwn() ? 0 : 1);
         });
         EXPECT_EQ(child.exitCode(), 0);
         EXPECT_EQ(orvcore::currentThreadId(), parent);

@@ -16,26 +16,18 @@ namespace {
 
 using orv::test::ScopedVariable;
 
-bool isEqual(const STRUCT_ORV_TIME& a, const STRUCT_ORV_TIME& b)
-{
-    return std::memcmp(&a, &b, sizeof a) == 0;
-}
-
 TEST(Time, breaksPosixSecondsDownInUtc)
 {
-    struct Row {
-        std::int32_t seconds;
-        STRUCT_ORV_TIME time;
-    };
+    using Row = std::pair<std::int32_t, STRUCT_ORV_TIME>;
     const ScopedVariable zone("TZ", "XYZ-5");
-    for (const Row& row :
+    for (const auto& [seconds, expected] :
          {Row{0, {1970, 1, 4, 1, 0, 0, 0, 0}}, Row{951782399, {2000, 2, 1, 28, 23, 59, 59, 0}},
           Row{951782400, {2000, 2, 2, 29, 0, 0, 0, 0}}, Row{-1, {1969, 12, 3, 31, 23, 59, 59, 0}},
           Row{INT32_MAX, {2038, 1, 2, 19, 3, 14, 7, 0}},
           Row{INT32_MIN, {1901, 12, 5, 13, 20, 45, 52, 0}}}) {
         STRUCT_ORV_TIME time{};
-        ASSERT_EQ(ORVTimeFromPosix(row.seconds, &time), S_OK);
-        EXPECT_TRUE(isEqual(time, row.time)) << row.seconds;
+        ASSERT_EQ(ORVTimeFromPosix(seconds, &time), S_OK);
+        EXPECT_EQ(std::memcmp(&time, &expected, sizeof time), 0) << seconds;
     }
 }
 

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "platform/sockets.h"
+#include "tests/support/Processes.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <filesystem>
-#include <iterator>
 #include <utility>
 
 /// \file
@@ -106,12 +105,6 @@ inline bool hasIpv6()
     const bool bound = orvcore::bindListener(socket, &any, sizeof any.ipv6) == 0;
     orvcore::closeSocket(socket);
     return bound;
-}
-
-/// Descriptors that this process has open.
-inline std::ptrdiff_t openDescriptors()
-{
-    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
 
 } // namespace orv::test

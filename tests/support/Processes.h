@@ -1,7 +1,9 @@
 #pragma once
 
 #include <chrono>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <new>
 #include <string>
 #include <thread>
@@ -38,6 +40,12 @@ inline bool awaitSleepOf(std::uint32_t id)
         const std::size_t end = text.rfind(") ");
         return end != std::string::npos && text[end + 2] == 'S';
     });
+}
+
+/// Descriptors that this process has open.
+inline std::ptrdiff_t openDescriptors()
+{
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
 
 /// Something of which parent and children see the same.

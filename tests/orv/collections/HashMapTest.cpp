@@ -111,11 +111,7 @@ TEST(HashMap, sizesItselfByTheMapItIsMadeOf)
 
 TEST(HashMap, endsWalksAtModifications)
 {
-    struct Row {
-        const char* what;
-        std::function<void(HashMap&)> change;
-        bool goesOn;
-    };
+    using Row = std::tuple<const char*, std::function<void(HashMap&)>, bool>;
     const auto one = boxed(1);
     const auto five = boxed(5);
     const Row rows[] = {
@@ -125,15 +121,15 @@ TEST(HashMap, endsWalksAtModifications)
         {"removal", [&](HashMap& map) { map.remove(one.get()); }, false},
         {"by a view", [&](HashMap& map) { map.createKeySet()->remove(one.get()); }, false},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, change, goesOn] : rows) {
+        SCOPED_TRACE(what);
         const auto map = threeEntries();
         const auto walker = map->createEntrySet()->createIterator();
         walker->next();
-        row.change(*map);
+        change(*map);
         EXPECT_TRUE(walker->hasNext());
-        EXPECT_EQ(resultOf([&] { walker->next(); }), row.goesOn ? S_OK : E_FAIL);
-        EXPECT_EQ(resultOf([&] { walker->remove(); }), row.goesOn ? S_OK : E_FAIL);
+        EXPECT_EQ(resultOf([&] { walker->next(); }), goesOn ? S_OK : E_FAIL);
+        EXPECT_EQ(resultOf([&] { walker->remove(); }), goesOn ? S_OK : E_FAIL);
     }
 }
 

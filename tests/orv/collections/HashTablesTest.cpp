@@ -7,7 +7,6 @@
 
 #include "tests/orv/collections/ChainModel.h"
 #include "tests/support/Living.h"
-#include "tests/support/OutOfMemory.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
@@ -143,29 +142,25 @@ TYPED_TEST_SUITE(HashTables, Tables);
 
 TYPED_TEST(HashTables, agreeWithAPlainTableOfLists)
 {
-    struct Row {
-        std::int32_t capacity;
-        float load;
-        std::int32_t keys; ///< different ones
-    };
+    using Row = std::tuple<std::int32_t, float, std::int32_t>;
     const int before = Living::count();
     std::mt19937 random(7);
-    for (const Row& row : {Row{101, 0.75F, 9},
-                           {101, 0.75F, 300},
-                           {0, 0.75F, 40},
-                           {-5, 2.5F, 40},
-                           {11, 0.1F, 60},
-                           {2, 9.0F, 25},
-                           {101, 0.0F, 5}}) {
-        SCOPED_TRACE(row.capacity);
-        TypeParam table(row.capacity, row.load);
-        ChainModel model(row.capacity, row.load);
+    for (const auto& [capacity, load, keys] : {Row{101, 0.75F, 9},
+                                               {101, 0.75F, 300},
+                                               {0, 0.75F, 40},
+                                               {-5, 2.5F, 40},
+                                               {11, 0.1F, 60},
+                                               {2, 9.0F, 25},
+                                               {101, 0.0F, 5}}) {
+        SCOPED_TRACE(capacity);
+        TypeParam table(capacity, load);
+        ChainModel model(capacity, load);
         for (int step = 0; step < 1200; ++step) {
             // Numbers that share buckets, and negative ones.
-            const auto pick = static_cast<std::int32_t>(random() % static_cast<unsigned>(row.keys));
+            const auto pick = static_cast<std::int32_t>(random() % static_cast<unsigned>(keys));
             const std::int32_t key = (pick % 5 == 0 ? -1 : 1) * (pick + pick % 3 * 2020);
             const std::uint32_t hash = TypeParam::hash(key);
-            switch (row.load == 0.0F && step > 20 ? 9 : random() % 10) {
+            switch (load == 0.0F && step > 20 ? 9 : random() % 10) {
             case 0:
                 if (random() % 40 != 0) break;
                 table.map->clear();
@@ -195,28 +190,6 @@ TYPED_TEST(HashTables, agreeWithAPlainTableOfLists)
     EXPECT_EQ(Living::count(), before);
 }
 
-TYPED_TEST(HashTables, stayAsTheyWereWithoutMemory)
-{
-    test::OutOfMemory memory;
-    // The key that is put comes to a table without memory, to one that opens its buckets, and to
-    // one that grows.
-    for (const std::int32_t keys : {0, 8, 16, 75}) {
-        const auto make = [&] {
-            TypeParam table(101, 0.75F);
-            for (std::int32_t key = 1; key <= keys; ++key) table.put(key, nullptr);
-            return table;
-        };
-        const std::vector<std::int32_t> order = make().order();
-        memory.check(
-            "put beside " + std::to_string(keys), make,
-            [](TypeParam& table) { table.put(1000, nullptr); },
-            [&](const TypeParam& table, bool done) {
-                EXPECT_EQ(table.map->getSize(), keys + (done ? 1 : 0));
-                EXPECT_TRUE(done || table.order() == order);
-            });
-    }
-}
-
 TEST(StringHashMap, looksUpTextsByLength)
 {
     StringHashMap map;
@@ -224,20 +197,16 @@ TEST(StringHashMap, looksUpTextsByLength)
     map.put(String(u"alpha"), value.get());
     map.put(String(u"none"), nullptr);
     map.put(String(), value.get());
-    struct Row {
-        const char16_t* key;
-        std::int32_t length;
-        Found found;
-    };
-    for (const Row& row : {Row{u"alpha", -1, 4},
-                           {u"alphabet", 5, 4},
-                           {u"alpha", 4, {}},
-                           {u"Alpha", -1, {}},
-                           {u"none", 4, {}},
-                           {u"", -1, 4},
-                           {nullptr, 0, 4}}) {
-        EXPECT_EQ(tagOf(map.get(row.key, row.length)), row.found);
-        EXPECT_EQ(map.containsKey(row.key, row.length), row.found.has_value());
+    using Row = std::tuple<const char16_t*, std::int32_t, Found>;
+    for (const auto& [key, length, found] : {Row{u"alpha", -1, 4},
+                                             {u"alphabet", 5, 4},
+                                             {u"alpha", 4, {}},
+                                             {u"Alpha", -1, {}},
+                                             {u"none", 4, {}},
+                                             {u"", -1, 4},
+                                             {nullptr, 0, 4}}) {
+        EXPECT_EQ(tagOf(map.get(key, length)), found);
+        EXPECT_EQ(map.containsKey(key, length), found.has_value());
     }
     EXPECT_TRUE(map.containsKey(String(u"alpha")));
     EXPECT_FALSE(map.containsKey(String(u"none")));

@@ -2,9 +2,9 @@
 #include "orv/collections/internal/LinkedListCursor.h"
 #include "orv/collections/quark/ArrayList.h"
 #include "orv/collections/quark/LinkedList.h"
+#include "platform/orvcore.h"
 #include "tests/orv/collections/Elements.h"
 #include "tests/support/Living.h"
-#include "tests/support/OutOfMemory.h"
 
 #include <gtest/gtest.h>
 
@@ -188,25 +188,21 @@ TYPED_TEST(ListTest, agreesWithAPlainModelUnderRandomOperations)
 
 TYPED_TEST(ListTest, ordersAndHashesAsWordsDo)
 {
-    struct Row {
-        Numbers values;
-        int order; ///< against 1, 2
-        std::uint32_t hash;
-    };
+    using Row = std::tuple<Numbers, int, std::uint32_t>;
     const auto against = makeReference<ArrayList>();
     fill(*against, {1, 2});
-    for (const Row& row : {Row{{}, -1, 1},
-                           {{1}, -1, 38 + 1},
-                           {{1, 2}, 0, (38 + 1) * 38 + 2},
-                           {{1, 2, 0}, 1, ((38 + 1) * 38 + 2) * 38},
-                           {{1, 3}, 1, (38 + 1) * 38 + 3},
-                           {{0, 9}, -1, 38 * 38 + 9}}) {
-        SCOPED_TRACE(testing::PrintToString(row.values));
+    for (const auto& [values, order, hash] : {Row{{}, -1, 1},
+                                              {{1}, -1, 38 + 1},
+                                              {{1, 2}, 0, (38 + 1) * 38 + 2},
+                                              {{1, 2, 0}, 1, ((38 + 1) * 38 + 2) * 38},
+                                              {{1, 3}, 1, (38 + 1) * 38 + 3},
+                                              {{0, 9}, -1, 38 * 38 + 9}}) {
+        SCOPED_TRACE(testing::PrintToString(values));
         const auto list = makeReference<TypeParam>();
-        fill(*list, row.values);
-        EXPECT_EQ(list->compareTo(*against), row.order);
-        EXPECT_EQ(list->equals(*against), row.order == 0);
-        EXPECT_EQ(list->hashCode(), row.hash);
+        fill(*list, values);
+        EXPECT_EQ(list->compareTo(*against), order);
+        EXPECT_EQ(list->equals(*against), order == 0);
+        EXPECT_EQ(list->hashCode(), hash);
     }
     EXPECT_THROW(static_cast<void>(against->compareTo(Integer32(1))), CastFailedException);
     EXPECT_FALSE(against->equals(Integer32(1)));
@@ -360,26 +356,6 @@ TYPED_TEST(ListTest, iteratorsOfASubListStayWithinIt)
     expectModified([&] { plain->next(); });
     expectModified([&] { other->clear(); });
     EXPECT_EQ(numbersOf(list), (Numbers{0, 3})) << "removes one and throws";
-}
-
-TYPED_TEST(ListTest, losesNothingWhenMemoryRunsOut)
-{
-    const auto element = boxed(7);
-    test::OutOfMemory memory;
-    memory.check(
-        "appends and insertions", [] { return makeReference<TypeParam>(); },
-        [&](const Reference<TypeParam>& list) {
-            for (int i = 0; i < 20; ++i) {
-                list->add(element.get());
-                list->add(0, element.get());
-            }
-        },
-        [&](const Reference<TypeParam>& list, bool done) {
-            int size = 0;
-            for (const IORVUnknown* own : *list) size += own == element.get() ? 1 : 1000;
-            EXPECT_EQ(size, list->getSize());
-            EXPECT_EQ(size == 40, done);
-        });
 }
 
 /// Allocations made by appending `count` elements.

@@ -162,18 +162,15 @@ TEST(AbstractMap, answersEverythingOutOfItsEntries)
 
 TEST(AbstractMap, ordersByValuesThenBySize)
 {
-    struct Row {
-        Reference<ListMap> map;
-        std::int32_t order;
-    };
+    using Row = std::pair<Reference<ListMap>, std::int32_t>;
     const auto map = mapOf({{u"a", u"1"}, {u"n", nullptr}});
-    for (const Row& row : {Row{mapOf({{u"n", nullptr}, {u"a", u"1"}}), 0},
-                           {mapOf({{u"n", nullptr}, {u"a", u"1"}, {u"b", u"2"}}), -1},
-                           {mapOf({{u"n", nullptr}, {u"a", u"0"}}), 1},
-                           {mapOf({{u"a", u"1"}}), 1},
-                           {mapOf({{u"a", u"1"}, {u"n", u"0"}}), -1}}) {
-        EXPECT_EQ(map->compareTo(*row.map), row.order);
-        EXPECT_EQ(map->equals(*row.map), row.order == 0);
+    for (const auto& [other, order] : {Row{mapOf({{u"n", nullptr}, {u"a", u"1"}}), 0},
+                                       {mapOf({{u"n", nullptr}, {u"a", u"1"}, {u"b", u"2"}}), -1},
+                                       {mapOf({{u"n", nullptr}, {u"a", u"0"}}), 1},
+                                       {mapOf({{u"a", u"1"}}), 1},
+                                       {mapOf({{u"a", u"1"}, {u"n", u"0"}}), -1}}) {
+        EXPECT_EQ(map->compareTo(*other), order);
+        EXPECT_EQ(map->equals(*other), order == 0);
     }
     const Map<String, String> typed(map.get());
     EXPECT_EQ(typed.compareTo(*map), 0);

@@ -32,10 +32,7 @@ Bytes md5(const Bytes& message)
 
 TEST(MD5Digest, passesTheSuiteOfItsRfc)
 {
-    struct Row {
-        const char* message;
-        const char* digest;
-    };
+    using Row = std::pair<const char*, const char*>;
     constexpr Row rows[] = {
         {"", "d41d8cd98f00b204e9800998ecf8427e"},
         {"a", "0cc175b9c0f1b6a831c399e269772661"},
@@ -48,9 +45,9 @@ TEST(MD5Digest, passesTheSuiteOfItsRfc)
          "1234567890123456789012345678901234567890",
          "57edf4a22be3c955ac49da2e2107b67a"},
     };
-    for (const Row& row : rows) {
-        const std::string_view text(row.message);
-        EXPECT_EQ(md5(Bytes(text.begin(), text.end())), fromHex(row.digest)) << text;
+    for (const auto& [message, digest] : rows) {
+        const std::string_view text(message);
+        EXPECT_EQ(md5(Bytes(text.begin(), text.end())), fromHex(digest)) << text;
     }
 }
 

@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -39,12 +38,6 @@ std::string readAll(const Reference<io::InputStream>& in)
 void write(Process& process, const std::string& text)
 {
     process.getOutputStream()->write(text.data(), static_cast<std::int32_t>(text.size()));
-}
-
-std::size_t openDescriptors()
-{
-    const std::filesystem::directory_iterator all("/proc/self/fd");
-    return static_cast<std::size_t>(std::distance(begin(all), end(all)));
 }
 
 TEST(Process, talksToItsChild)
@@ -81,7 +74,7 @@ TEST(Process, carriesMoreThanItsPipesHold)
 
 TEST(Process, thatCannotBeStartedIsAnExceptionAndLeavesNothingOpen)
 {
-    const std::size_t before = openDescriptors();
+    const std::ptrdiff_t before = test::openDescriptors();
     EXPECT_EQ(refusalOf([] { Process(u"/no/such/program"); }), Refusal(notFound, ""));
     EXPECT_EQ(refusalOf([] { Process(nullptr, u"no-such-program x"); }), Refusal(notFound, ""));
     EXPECT_EQ(refusalOf([] { Process(u"/etc/passwd"); }), Refusal(makeResult(0x80070005u), ""));
@@ -91,7 +84,7 @@ TEST(Process, thatCannotBeStartedIsAnExceptionAndLeavesNothingOpen)
         half.endOutput();
         EXPECT_EQ(readAll(half.getInputStream()), "");
     }
-    EXPECT_EQ(openDescriptors(), before);
+    EXPECT_EQ(test::openDescriptors(), before);
 }
 
 TEST(Process, cutsItsCommandLineAtBlanks)

@@ -155,24 +155,19 @@ std::string askedFor(const char16_t* text, const char16_t* registered, String* f
 TEST(StringBundle, isLookedUpFromTheWholeLocaleToTheLanguage)
 {
     const test::ScopedVariable variable("LC_ALL", "de_AT.UTF-8@x");
-    struct Row {
-        const char16_t *locale, *registered;
-        std::string_view asked;
-        const char16_t* found;
-    };
-    for (const Row& row : {
+    String found;
+    using Row = std::tuple<const char16_t*, std::u16string, std::string_view, const char16_t*>;
+    for (const auto& [wanted, registered, asked, expected] : {
              Row{u"en_GB@euro", u"", "en_GB@euro en_GB en de_AT@x de_AT de en_US en ",
                  u"Resource not found"},
              {u"en_GB@euro", u"en_GB", "en_GB@euro en_GB ", u"en_GB"},
              {u"fr", u"de", "fr de_AT@x de_AT de ", u"de"},
              {nullptr, u"en_US", "de_AT@x de_AT de en_US ", u"en_US"},
          }) {
-        String found;
-        const auto registered = u"Tessaly.Msg.StringBundle." + std::u16string(row.registered);
-        EXPECT_EQ(askedFor(row.locale, registered.c_str(), &found), row.asked);
-        EXPECT_EQ(found, row.found);
+        const std::u16string name = u"Tessaly.Msg.StringBundle." + registered;
+        EXPECT_EQ(askedFor(wanted, name.c_str(), &found), asked);
+        EXPECT_EQ(found, expected);
     }
-    String found;
     s_createResult = E_FAIL;
     EXPECT_EQ(askedFor(u"de", u"Tessaly.Msg.StringBundle.de", &found),
               "de de_AT@x de_AT de en_US en ");

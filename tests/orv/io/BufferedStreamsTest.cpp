@@ -95,10 +95,7 @@ TEST(BufferedStreams, closeDropsWhatIsNotFlushed)
 TEST(BufferedReader, givesLinesWhereverTheBufferEnds)
 {
     const std::u16string longer(40, u'x');
-    struct Row {
-        std::u16string text;
-        std::vector<std::u16string> lines;
-    };
+    using Row = std::pair<std::u16string, std::vector<std::u16string>>;
     const Row rows[] = {
         {u"a\r\nb", {u"a", u"b"}},
         {u"a\rb\n\rc\r\r\n", {u"a", u"b", u"", u"c", u""}},
@@ -107,12 +104,12 @@ TEST(BufferedReader, givesLinesWhereverTheBufferEnds)
         {u"0123456789abcde\rnext", {u"0123456789abcde", u"next"}},
         {std::u16string(u"\0a\u000B\u2028\n", 5), {std::u16string(u"\0a\u000B\u2028", 4)}},
     };
-    for (const Row& row : rows) {
+    for (const auto& [text, lines] : rows) {
         for (const std::size_t piece : {1u, 3u, 100u}) {
-            SCOPED_TRACE(orv::test::readable(row.text) + " by " + std::to_string(piece));
-            BufferedReader in(makeReference<PieceReader>(row.text, piece).get(), 16);
+            SCOPED_TRACE(orv::test::readable(text) + " by " + std::to_string(piece));
+            BufferedReader in(makeReference<PieceReader>(text, piece).get(), 16);
             String line(u"before");
-            for (const std::u16string& expected : row.lines) {
+            for (const std::u16string& expected : lines) {
                 EXPECT_EQ(in.readLine(line), static_cast<std::int32_t>(expected.size()));
                 EXPECT_EQ(orv::test::units(line), expected);
             }

@@ -39,18 +39,15 @@ TEST(FileStreams, tellWhyAFileCannotBeOpened)
 {
     const TemporaryFolder folder;
     std::filesystem::create_directory(folder.path() / "dir");
-    struct Row {
-        const char16_t* name;
-        std::uint32_t reading, writing;
-    };
-    for (const Row& row : {Row{u"absent", 0x80070002, 0},
-                           {u"dir", 0x80070005, 0x80070005},
-                           {u"absent/file", 0x80070003, 0x80070003},
-                           {u"absent/", 0x80070003, 0x80070005}}) {
-        SCOPED_TRACE(orv::test::readable(row.name));
-        const String path = folder.file(row.name);
-        EXPECT_EQ(codeThrownBy([&] { FileInputStream in(path); }), row.reading);
-        EXPECT_EQ(codeThrownBy([&] { FileOutputStream out(path, true); }), row.writing);
+    using Row = std::tuple<const char16_t*, std::uint32_t, std::uint32_t>;
+    for (const auto& [name, reading, writing] : {Row{u"absent", 0x80070002, 0},
+                                                 {u"dir", 0x80070005, 0x80070005},
+                                                 {u"absent/file", 0x80070003, 0x80070003},
+                                                 {u"absent/", 0x80070003, 0x80070005}}) {
+        SCOPED_TRACE(orv::test::readable(name));
+        const String path = folder.file(name);
+        EXPECT_EQ(codeThrownBy([&] { FileInputStream in(path); }), reading);
+        EXPECT_EQ(codeThrownBy([&] { FileOutputStream out(path, true); }), writing);
     }
     EXPECT_EQ(codeThrownBy([] { FileInputStream in(u"Z:\\x"); }), 0x80070003u);
     EXPECT_THROW(FileOutputStream(String(), false), InvalidPathException);
@@ -58,27 +55,24 @@ TEST(FileStreams, tellWhyAFileCannotBeOpened)
 
 TEST(FileOutputStream, opensAsTheModeSays)
 {
-    struct Row {
-        std::uint32_t mode;
-        const char* content;
-    };
+    using Row = std::pair<std::uint32_t, const char*>;
     using Out = FileOutputStream;
     // Each write of a file that is kept closed and not appended to begins at its start.
-    for (const Row& row : {Row{0, "newdef"},
-                           {Out::ATEND, "abcdefnew"},
-                           {Out::TRUNC, "new"},
-                           {Out::APPEND, "abcdefnew"},
-                           {Out::KEEPCLOSED, "wecdef"},
-                           {Out::KEEPCLOSED | Out::TRUNC, "we"},
-                           {Out::KEEPCLOSED | Out::APPEND, "abcdefnew"}}) {
-        SCOPED_TRACE(row.mode);
+    for (const auto& [mode, content] : {Row{0, "newdef"},
+                                        {Out::ATEND, "abcdefnew"},
+                                        {Out::TRUNC, "new"},
+                                        {Out::APPEND, "abcdefnew"},
+                                        {Out::KEEPCLOSED, "wecdef"},
+                                        {Out::KEEPCLOSED | Out::TRUNC, "we"},
+                                        {Out::KEEPCLOSED | Out::APPEND, "abcdefnew"}}) {
+        SCOPED_TRACE(mode);
         const TemporaryFolder folder;
         folder.write("out.txt", "abcdef");
-        FileOutputStream out(folder.file(u"out.txt"), row.mode);
-        EXPECT_EQ(out.getMode(), row.mode);
+        FileOutputStream out(folder.file(u"out.txt"), mode);
+        EXPECT_EQ(out.getMode(), mode);
         out.write("ne", 2);
         out.write("w", 1);
-        EXPECT_EQ(folder.read("out.txt"), row.content);
+        EXPECT_EQ(folder.read("out.txt"), content);
     }
 }
 

@@ -38,18 +38,17 @@ std::string encoded(std::string_view bytes, const char16_t* alphabet = DEFAULT)
 
 TEST(AlphaNumStreams, fiveBytesAreEightSymbolsAndShorterGroupsGainAByte)
 {
-    struct Row {
-        std::string_view bytes, text, back;
-    };
-    for (const Row& row : {Row{"\0\0\0\0\0"sv, "AAAAAAAA", "\0\0\0\0\0"sv},
-                           {"\xFF"sv, "96", "\xFF\0"sv},
-                           {"\x12\x34"sv, "CJ4A", "\x12\x34\0"sv},
-                           {"\x12\x34\x56"sv, "CJ4FN", "\x12\x34\x56\0"sv},
-                           {"\x12\x34\x56\x78"sv, "CJ4FN8A", "\x12\x34\x56\x78\0"sv},
-                           {"\x12\x34\x56\x78\x9A"sv, "CJ4FN8E4", "\x12\x34\x56\x78\x9A"sv},
-                           {""sv, "", "|-1"sv}}) {
-        EXPECT_EQ(encoded(row.bytes), row.text);
-        EXPECT_EQ(readOnce(*over<AlphaNumInputStream>(row.text, DEFAULT), 9), row.back) << row.text;
+    using Row = std::tuple<std::string_view, std::string_view, std::string_view>;
+    for (const auto& [bytes, text, back] :
+         {Row{"\0\0\0\0\0"sv, "AAAAAAAA", "\0\0\0\0\0"sv},
+          {"\xFF"sv, "96", "\xFF\0"sv},
+          {"\x12\x34"sv, "CJ4A", "\x12\x34\0"sv},
+          {"\x12\x34\x56"sv, "CJ4FN", "\x12\x34\x56\0"sv},
+          {"\x12\x34\x56\x78"sv, "CJ4FN8A", "\x12\x34\x56\x78\0"sv},
+          {"\x12\x34\x56\x78\x9A"sv, "CJ4FN8E4", "\x12\x34\x56\x78\x9A"sv},
+          {""sv, "", "|-1"sv}}) {
+        EXPECT_EQ(encoded(bytes), text);
+        EXPECT_EQ(readOnce(*over<AlphaNumInputStream>(text, DEFAULT), 9), back) << text;
     }
 }
 

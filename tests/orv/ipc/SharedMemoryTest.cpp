@@ -1,18 +1,14 @@
 #include "orv/ipc/SharedMemory.h"
 
-#include "orv/Exception.h"
-#include "orv/String.h"
-
 #include "tests/support/Processes.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/SharedNames.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 #include <sys/resource.h>
@@ -40,26 +36,24 @@ TEST(IpcSharedMemory, carriesBytesBetweenProcesses)
     EXPECT_EQ(test::filesOf(name), 0);
 }
 
-/// The result of opening memory of that name, described as it must be; E_FAIL if it is not.
-Result refusalOf(const std::string& name, std::uint32_t size, std::uint32_t flags,
-                 const char16_t* description = u"Failed to open shared memory.")
+/// What opening memory of that name is refused with.
+test::Refusal refusalOf(const std::string& name, std::uint32_t size, std::uint32_t flags)
 {
-    try {
-        const SharedMemory memory(name.c_str(), size, flags, 0600);
-    } catch (const ResultException& exception) {
-        return exception.getDescription().equals(String(description)) ? exception.getResult()
-                                                                      : E_FAIL;
-    }
-    return S_OK;
+    return test::refusalOf([&] { const SharedMemory memory(name.c_str(), size, flags, 0600); });
+}
+
+test::Refusal notOpened(Result result)
+{
+    return {result, "Failed to open shared memory."};
 }
 
 TEST(IpcSharedMemory, isRefusedWhereItIsAbsentOrTooSmall)
 {
     const std::string name = uniqueName();
-    EXPECT_EQ(refusalOf(name, 0, SharedMemory::CREATE), E_INVALIDARG);
+    EXPECT_EQ(refusalOf(name, 0, SharedMemory::CREATE), notOpened(E_INVALIDARG));
     const SharedMemory memory(name.c_str(), 10, SharedMemory::CREATE, 0600);
-    EXPECT_EQ(refusalOf(name, 11, SharedMemory::CREATE), E_INVALIDARG);
-    EXPECT_EQ(refusalOf(name, 5, 0), S_OK);
+    EXPECT_EQ(refusalOf(name, 11, SharedMemory::CREATE), notOpened(E_INVALIDARG));
+    EXPECT_EQ(refusalOf(name, 5, 0).first, S_OK);
 }
 
 TEST(IpcSharedMemory, ofAKilledProcessIsMadeAnew)
@@ -76,7 +70,7 @@ TEST(IpcSharedMemory, ofAKilledProcessIsMadeAnew)
         });
         EXPECT_TRUE(test::awaitTrue([&] { return *step == 1; }));
     }
-    EXPECT_EQ(refusalOf(name, 100, 0), E_NOT_FOUND);
+    EXPECT_EQ(refusalOf(name, 100, 0), notOpened(E_NOT_FOUND));
     const SharedMemory memory(name.c_str(), 200, SharedMemory::CREATE, 0600);
     EXPECT_EQ(*static_cast<char*>(memory.get()), 0);
 }
@@ -94,22 +88,16 @@ void allowMore(rlim_t bytes)
     ::setrlimit(RLIMIT_DATA, &limit);
 }
 
-std::ptrdiff_t openDescriptors()
-{
-    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
-}
-
 TEST(IpcSharedMemory, leavesNothingWhenItCannotBeAttached)
 {
     const std::string name = uniqueName();
     test::ForkedChild child([&] {
-        if (refusalOf(name, 10, 0) != E_NOT_FOUND) return 1;
-        const std::ptrdiff_t before = openDescriptors();
+        if (refusalOf(name, 10, 0) != notOpened(E_NOT_FOUND)) return 1;
+        const std::ptrdiff_t before = test::openDescriptors();
         allowMore(8u << 20);
-        const Result result =
-            refusalOf(name, 32u << 20, SharedMemory::CREATE, u"Failed to attach shared memory");
-        if (result != E_OUTOFMEMORY) return 2;
-        return openDescriptors() == before ? 0 : 3;
+        const test::Refusal notAttached(E_OUTOFMEMORY, "Failed to attach shared memory");
+        if (refusalOf(name, 32u << 20, SharedMemory::CREATE) != notAttached) return 2;
+        return test::openDescriptors() == before ? 0 : 3;
     });
     EXPECT_EQ(child.exitCode(), 0);
     EXPECT_EQ(test::filesOf(name), 0);

@@ -23,11 +23,14 @@ using orv::test::TemporaryFolder;
 
 const std::string LINE = "-------------------------\n";
 
-Reference<ILogProcessor> writerTo(const String& path, std::uint32_t mode)
+Reference<ILogProcessor> writerTo(const Reference<FileOutputStream>& bytes)
 {
-    const auto bytes = makeReference<FileOutputStream>(path, mode);
     const auto text = makeReference<io::OutputStreamWriter>(bytes.get(), u"UTF-8", 0x4000);
     return BasicLogWriter::create(text.get());
+}
+Reference<ILogProcessor> writerTo(const String& path, std::uint32_t mode)
+{
+    return writerTo(makeReference<FileOutputStream>(path, mode));
 }
 
 Reference<Logger> loggerTo(const Reference<ILogProcessor>& processor)
@@ -53,6 +56,32 @@ TEST(LogFile, holdsWhatWasLoggedWhenTheProcessIsKilled)
         });
         EXPECT_EQ(child.exitCode(), -1);
         EXPECT_EQ(folder.read("log.txt"), whole);
+    }
+}
+
+// A file that is kept closed is made anew by the next entry; one that is held open goes on without
+// its name until it is opened again.
+TEST(LogFile, isDeletedUnderItsWriter)
+{
+    for (const std::uint32_t mode : {FileOutputStream::ATEND, FileOutputStream::APPEND,
+                                     FileOutputStream::KEEPCLOSED | FileOutputStream::ATEND,
+                                     FileOutputStream::KEEPCLOSED | FileOutputStream::APPEND}) {
+        SCOPED_TRACE(mode);
+        const TemporaryFolder folder;
+        const auto bytes = makeReference<FileOutputStream>(folder.file(u"log.txt"), mode);
+        const auto logger = loggerTo(writerTo(bytes));
+        logger->log(1, u"lost");
+        const auto size = bytes->getSize();
+        std::filesystem::remove(folder.path() / "log.txt");
+        logger->log(2, u"next");
+        const std::string next = "level=2\ntext=next\n" + LINE;
+        const bool keptClosed = (mode & FileOutputStream::KEEPCLOSED) != 0;
+        EXPECT_EQ(folder.read("log.txt"), keptClosed ? next : "");
+        EXPECT_EQ(bytes->getSize(), keptClosed ? size : 2 * size);
+        bytes->close();
+        bytes->open();
+        logger->log(2, u"next");
+        EXPECT_EQ(folder.read("log.txt"), keptClosed ? next + next : next);
     }
 }
 

@@ -168,31 +168,26 @@ TEST(StringBundleLogger, fillsInTheArgumentsOrNone)
     StringBundleLogger logger(bundle.get(), target.get());
     const Reference<Object> objects[] = {makeReference<String>(u"<{1}>"),
                                          makeReference<Integer32>(7), makeReference<Unprintable>()};
-    struct Row {
-        const char16_t* pattern;
-        std::vector<int> arguments;
-        const char16_t* text;
-    };
-    for (const Row& row : {Row{u"{0} and {0}", {}, u"{0} and {0}"},
-                           {u"{0} and {0}", {0}, u"<{1}> and <{1}>"},
-                           {u"{1}-{0}", {0}, u"{1}-{0}"},
-                           {u"{1}-{0}", {0, 1}, u"7-<{1}>"},
-                           {u"{0}{1}{0}", {0, 1}, u"<{1}>7<{1}>"},
-                           {u"{0} {2}", {0, 1}, u"<{1}> {2}"},
-                           {u"{0}", {2}, u"{0}"},
-                           {nullptr, {0}, u"{0} key"}}) { // no text, so nothing is filled in
+    using Row = std::tuple<const char16_t*, std::vector<int>, const char16_t*>;
+    for (const auto& [pattern, indices, expected] :
+         {Row{u"{0} and {0}", {}, u"{0} and {0}"},
+          {u"{0} and {0}", {0}, u"<{1}> and <{1}>"},
+          {u"{1}-{0}", {0}, u"{1}-{0}"},
+          {u"{1}-{0}", {0, 1}, u"7-<{1}>"},
+          {u"{0}{1}{0}", {0, 1}, u"<{1}>7<{1}>"},
+          {u"{0} {2}", {0, 1}, u"<{1}> {2}"},
+          {u"{0}", {2}, u"{0}"},
+          {nullptr, {0}, u"{0} key"}}) { // no text, so nothing is filled in
         collections::List<Object> arguments(makeReference<collections::quark::ArrayList>().get());
-        for (const int index : row.arguments) arguments.add(objects[index].get());
+        for (const int index : indices) arguments.add(objects[index].get());
         map->clear();
-        if (row.pattern != nullptr) {
-            map->put(u"{0} key", makeReference<String>(row.pattern).get());
-        }
+        if (pattern != nullptr) map->put(u"{0} key", makeReference<String>(pattern).get());
         logger.log(3, u"{0} key", arguments);
-        EXPECT_EQ(target->text, row.text);
+        EXPECT_EQ(target->text, expected);
         EXPECT_EQ(target->level, 3);
         EXPECT_THROW(logger.log(-1, u"{0} key", arguments), std::runtime_error);
         logger.log(4, u"{0} key");
-        EXPECT_EQ(target->text, row.pattern == nullptr ? u"{0} key" : row.pattern);
+        EXPECT_EQ(target->text, pattern == nullptr ? u"{0} key" : pattern);
         EXPECT_EQ(target->level, 4);
     }
 }

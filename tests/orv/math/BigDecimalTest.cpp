@@ -25,23 +25,19 @@ std::string unscaled(const BigDecimal& value)
 
 TEST(BigDecimal, readsTextWithOnePoint)
 {
-    struct Row {
-        const char16_t* text;
-        const char* unscaled;
-        std::int32_t scale;
-    };
-    for (const Row& row : {Row{u"12.500", "125", 1},
-                           {u".5", "5", 1},
-                           {u"1.000", "10", 1},
-                           {u"-0.05", "-5", 2},
-                           {u"7", "7", 0},
-                           {u"1.2.3", "1002", 3},
-                           {u"0.00012", "12", 5},
-                           {u"0.000123", "0", 6},
-                           {u"1.5e3", "1005", 3}}) {
-        const BigDecimal value{String(row.text)};
-        EXPECT_EQ(unscaled(value), row.unscaled) << narrow(row.text);
-        EXPECT_EQ(value.getScale(), row.scale) << narrow(row.text);
+    using Row = std::tuple<const char16_t*, const char*, std::int32_t>;
+    for (const auto& [text, digits, scale] : {Row{u"12.500", "125", 1},
+                                              {u".5", "5", 1},
+                                              {u"1.000", "10", 1},
+                                              {u"-0.05", "-5", 2},
+                                              {u"7", "7", 0},
+                                              {u"1.2.3", "1002", 3},
+                                              {u"0.00012", "12", 5},
+                                              {u"0.000123", "0", 6},
+                                              {u"1.5e3", "1005", 3}}) {
+        const BigDecimal value{String(text)};
+        EXPECT_EQ(unscaled(value), digits) << narrow(text);
+        EXPECT_EQ(value.getScale(), scale) << narrow(text);
     }
     for (const char16_t* text : {u"0", u"0.0", u"", u".", u"1.-5"}) {
         EXPECT_EQ(thrownBy([&] { BigDecimal{String(text)}; }), "Number Format Exception");
@@ -50,21 +46,17 @@ TEST(BigDecimal, readsTextWithOnePoint)
 
 TEST(BigDecimal, readsFloatingPointValuesWithSixPlaces)
 {
-    struct Row {
-        double value;
-        const char* unscaled;
-        std::int32_t scale;
-    };
+    using Row = std::tuple<double, const char*, std::int32_t>;
     const double infinity = std::numeric_limits<double>::infinity();
-    for (const Row& row : {Row{1.5, "15", 1},
-                           {-2.25, "-225", 2},
-                           {0.1234567, "123457", 6},
-                           {1e21, "10000000000000000000000", 1},
-                           {infinity, "0", 0},
-                           {0.000123, "0", 6}}) {
-        const BigDecimal value(row.value);
-        EXPECT_EQ(unscaled(value), row.unscaled) << row.value;
-        EXPECT_EQ(value.getScale(), row.scale) << row.value;
+    for (const auto& [number, digits, scale] : {Row{1.5, "15", 1},
+                                                {-2.25, "-225", 2},
+                                                {0.1234567, "123457", 6},
+                                                {1e21, "10000000000000000000000", 1},
+                                                {infinity, "0", 0},
+                                                {0.000123, "0", 6}}) {
+        const BigDecimal value(number);
+        EXPECT_EQ(unscaled(value), digits) << number;
+        EXPECT_EQ(value.getScale(), scale) << number;
     }
     EXPECT_EQ(thrownBy([] { BigDecimal(0.0); }), "Number Format Exception");
     EXPECT_EQ(thrownBy([] { static_cast<void>(Integer32(0).toBigDecimal()); }),
@@ -78,21 +70,17 @@ TEST(BigDecimal, readsFloatingPointValuesWithSixPlaces)
 
 TEST(BigDecimal, countsTheSignAsADigitWhenItPrints)
 {
-    struct Row {
-        const char16_t* unscaled;
-        std::int32_t scale;
-        const char* text;
-    };
-    for (const Row& row : {Row{u"1234", 2, "12.34"},
-                           {u"5", 1, "0.5"},
-                           {u"5", 3, "0.005"},
-                           {u"1200", 2, "12.00"},
-                           {u"-1234", 2, "-12.34"},
-                           {u"-15", 2, "-.15"},
-                           {u"-5", 2, "0.-5"},
-                           {u"-5", 3, "0.0-5"},
-                           {u"12", -3, "12"}}) {
-        EXPECT_EQ(narrow(number(row.unscaled, row.scale).toString()), row.text);
+    using Row = std::tuple<const char16_t*, std::int32_t, const char*>;
+    for (const auto& [unscaled, scale, text] : {Row{u"1234", 2, "12.34"},
+                                                {u"5", 1, "0.5"},
+                                                {u"5", 3, "0.005"},
+                                                {u"1200", 2, "12.00"},
+                                                {u"-1234", 2, "-12.34"},
+                                                {u"-15", 2, "-.15"},
+                                                {u"-5", 2, "0.-5"},
+                                                {u"-5", 3, "0.0-5"},
+                                                {u"12", -3, "12"}}) {
+        EXPECT_EQ(narrow(number(unscaled, scale).toString()), text);
     }
     EXPECT_EQ(narrow(BigDecimal(BigInteger(0), 2).toString()), "0.00");
 }
@@ -119,26 +107,21 @@ TEST(BigDecimal, addsComparesAndMultipliesWhatIsUnscaled)
 
 TEST(BigDecimal, roundsQuotientsHalfAwayFromZero)
 {
-    struct Row {
-        const char16_t* a;
-        std::int32_t aScale;
-        const char16_t* b;
-        std::int32_t bScale, scale;
-        const char* quotient;
-    };
-    for (const Row& row : {Row{u"1", 0, u"3", 0, 5, "0.33333"},
-                           {u"2", 0, u"3", 0, 5, "0.66667"},
-                           {u"1", 0, u"8", 0, 2, "0.13"},
-                           {u"-1", 0, u"8", 0, 1, "-.1"},
-                           {u"-100", 0, u"800", 0, 2, "-.13"},
-                           {u"7", 0, u"-3", 0, 0, "-3"},
-                           {u"75", 1, u"25", 1, 0, "3"},
-                           // The test takes 4, the divisor is 400.
-                           {u"1001", 3, u"4", 1, 0, "3"},
-                           {u"1099", 0, u"4", -2, 0, "3"}}) {
-        BigDecimal quotient = number(row.a, row.aScale);
-        quotient.divide(number(row.b, row.bScale), row.scale);
-        EXPECT_EQ(narrow(quotient.toString()), row.quotient) << narrow(row.a) << narrow(row.b);
+    using Row = std::tuple<const char16_t*, int, const char16_t*, int, int, const char*>;
+    for (const auto& [a, aScale, b, bScale, scale, expected] :
+         {Row{u"1", 0, u"3", 0, 5, "0.33333"},
+          {u"2", 0, u"3", 0, 5, "0.66667"},
+          {u"1", 0, u"8", 0, 2, "0.13"},
+          {u"-1", 0, u"8", 0, 1, "-.1"},
+          {u"-100", 0, u"800", 0, 2, "-.13"},
+          {u"7", 0, u"-3", 0, 0, "-3"},
+          {u"75", 1, u"25", 1, 0, "3"},
+          // The test takes 4, the divisor is 400.
+          {u"1001", 3, u"4", 1, 0, "3"},
+          {u"1099", 0, u"4", -2, 0, "3"}}) {
+        BigDecimal quotient = number(a, aScale);
+        quotient.divide(number(b, bScale), scale);
+        EXPECT_EQ(narrow(quotient.toString()), expected) << narrow(a) << narrow(b);
     }
     BigDecimal value = number(u"15", 1);
     EXPECT_EQ(thrownBy([&] { value.divide(BigDecimal(), 9); }), "Divide by zero.");

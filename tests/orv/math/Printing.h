@@ -1,7 +1,7 @@
 #pragma once
 
-#include "orv/Exception.h"
 #include "orv/String.h"
+#include "tests/support/Refusals.h"
 
 #include <gtest/gtest.h>
 
@@ -21,16 +21,11 @@ inline String wide(const std::string& text)
     return {units.data(), static_cast<std::int32_t>(units.size())};
 }
 
-/// The description of the Exception that `operation` throws, "nothing" if it throws none.
+/// The description of the Exception that `operation` throws, "not refused" if it throws none.
 template <class Operation>
 std::string thrownBy(Operation operation)
 {
-    try {
-        operation();
-    } catch (const Exception& exception) {
-        return narrow(exception.getDescription());
-    }
-    return "nothing";
+    return test::refusalOf(operation).second;
 }
 
 } // namespace orv::math

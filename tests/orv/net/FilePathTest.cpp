@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include <unistd.h>
 
 namespace orv::net {
@@ -19,19 +21,17 @@ String thisHost()
 
 TEST(NetFilePath, takesAPathWithAServerApart)
 {
-    struct Row {
-        const char16_t *text, *server, *volume, *path;
-    };
-    for (const Row& row : {
+    using Row = std::array<const char16_t*, 4>;
+    for (const auto& [text, server, volume, below] : {
              Row{u"\\\\srv\\share\\d\\f", u"srv", u"share", u"d\\f"},
              {u"//srv/share/", u"srv", u"share", u""},
              {u"\\\\srv\\share\\x\\a\\..\\b", u"srv", u"share", u"x\\b"},
              {u"\\\\s\\sh\\..\\bcd", u"s", u"shb", u"cd"}, // see PathNormalizer
          }) {
-        const FilePath path(row.text);
-        EXPECT_EQ(path.getServer(), row.server);
-        EXPECT_EQ(path.getVolume(), row.volume);
-        EXPECT_EQ(path.getPath(), row.path) << test::readable(row.text);
+        const FilePath path(text);
+        EXPECT_EQ(path.getServer(), server);
+        EXPECT_EQ(path.getVolume(), volume);
+        EXPECT_EQ(path.getPath(), below) << test::readable(text);
         EXPECT_EQ(path.getMountType(), FilePath::MOUNT_SHARE);
         EXPECT_FALSE(path.isLocal());
     }

@@ -25,35 +25,32 @@ orv_sockaddr_union addressOf(const char* text, std::uint16_t port)
 
 TEST(InetAddress, answersByItsFamily)
 {
-    struct Row {
-        const char* text;
-        std::uint16_t family;
-        std::int16_t any, loopback, none;
-    };
-    for (const Row& row : {Row{"0.0.0.0", 2, 1, 0, 0},
-                           {"127.0.0.1", 2, 0, 1, 0},
-                           {"127.0.0.2", 2, 0, 0, 0},
-                           {"255.255.255.255", 2, 0, 0, 1},
-                           {"255.255.255.254", 2, 0, 0, 0},
-                           {"::", 23, 1, 0, 0},
-                           {"::1", 23, 0, 1, 0},
-                           {"1::1", 23, 0, 0, 0},
-                           {"ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff", 23, 0, 0, 0}}) {
-        SCOPED_TRACE(row.text);
-        const orv_sockaddr_union source = addressOf(row.text, 80);
+    using Row = std::tuple<const char*, int, int, int, int>;
+    for (const auto& [name, kind, any, loopback, none] :
+         {Row{"0.0.0.0", 2, 1, 0, 0},
+          {"127.0.0.1", 2, 0, 1, 0},
+          {"127.0.0.2", 2, 0, 0, 0},
+          {"255.255.255.255", 2, 0, 0, 1},
+          {"255.255.255.254", 2, 0, 0, 0},
+          {"::", 23, 1, 0, 0},
+          {"::1", 23, 0, 1, 0},
+          {"1::1", 23, 0, 0, 0},
+          {"ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff", 23, 0, 0, 0}}) {
+        SCOPED_TRACE(name);
+        const orv_sockaddr_union source = addressOf(name, 80);
         InetAddress* made = nullptr;
         ASSERT_EQ(InetAddress::create(&source, &made), ORV_E_SOCKET_OK);
         const std::unique_ptr<InetAddress> address(made);
         std::uint16_t family = 0;
         EXPECT_EQ(address->getFamily(&family), ORV_E_SOCKET_OK);
-        EXPECT_EQ(family, row.family);
-        EXPECT_EQ(address->isAddressAny(), row.any);
-        EXPECT_EQ(address->isAddressLoopback(), row.loopback);
-        EXPECT_EQ(address->isAddressNone(), row.none);
+        EXPECT_EQ(family, kind);
+        EXPECT_EQ(address->isAddressAny(), any);
+        EXPECT_EQ(address->isAddressLoopback(), loopback);
+        EXPECT_EQ(address->isAddressNone(), none);
         String text(u"<");
         EXPECT_EQ(address->getAddressStr(text), ORV_E_SOCKET_OK);
         EXPECT_EQ(address->getAddressStr(text), ORV_E_SOCKET_OK);
-        EXPECT_EQ(text, String(u"<") + String(row.text) + String(row.text)) << "it appends";
+        EXPECT_EQ(text, String(u"<") + String(name) + String(name)) << "it appends";
 
         orv_sockaddr_union storage{};
         std::uint64_t size = sizeof storage;
@@ -63,7 +60,7 @@ TEST(InetAddress, answersByItsFamily)
         EXPECT_EQ(address->isAddressAny(), 1);
         EXPECT_EQ(address->getStorageBinary(&storage, &size), ORV_E_SOCKET_OK);
         EXPECT_EQ(test::portOf(storage), 80) << "the port stays";
-        EXPECT_EQ(storage.family, row.family);
+        EXPECT_EQ(storage.family, kind);
     }
 }
 

@@ -11,21 +11,18 @@ constexpr std::size_t CONNECTIONS = 200;
 constexpr std::uint32_t BYTES = 300'000;
 
 /// A byte of the stream of one client, so that no piece of it can pass for another.
-unsigned char byteAt(std::uint32_t client, std::uint32_t position)
+char byteAt(std::uint32_t client, std::uint32_t position)
 {
     std::uint32_t mixed = (position + 1) * 2654435761u + client * 40503u;
     mixed ^= mixed >> 15;
-    return static_cast<unsigned char>(mixed * 2246822519u >> 24);
+    return static_cast<char>(mixed * 2246822519u >> 24);
 }
 
 void echo(TcpWorkerSocket2& worker)
 {
-    char bytes[4096];
-    std::int64_t got = 0;
-    while (worker.recv(bytes, sizeof bytes, 0, &got) == ORV_E_SOCKET_OK && got > 0) {
-        std::int64_t sent = 0;
-        ASSERT_EQ(worker.send(bytes, static_cast<std::uint64_t>(got), 0, &sent), ORV_E_SOCKET_OK);
-        ASSERT_EQ(sent, got);
+    std::string bytes;
+    while (!(bytes = received(worker, 4096)).empty() && !testing::Test::HasFailure()) {
+        sendAll(worker, bytes);
     }
     worker.shutdownOutput();
 }
@@ -33,10 +30,8 @@ void echo(TcpWorkerSocket2& worker)
 void sendStream(TcpClientSocket2& client, std::uint32_t number)
 {
     std::string bytes(BYTES, '\0');
-    for (std::uint32_t i = 0; i < BYTES; ++i) bytes[i] = static_cast<char>(byteAt(number, i));
-    std::int64_t done = 0;
-    EXPECT_EQ(client.send(bytes.data(), BYTES, 0, &done), ORV_E_SOCKET_OK);
-    EXPECT_EQ(done, BYTES);
+    for (std::uint32_t i = 0; i < BYTES; ++i) bytes[i] = byteAt(number, i);
+    sendAll(client, bytes);
     EXPECT_EQ(client.shutdownOutput(), ORV_E_SOCKET_OK);
 }
 
@@ -47,39 +42,27 @@ TEST(SlowReaders, loseAndDuplicateNothing)
         const Owned<TcpServerSocket2> server = listeningServer();
         const std::uint16_t port = lastPort(*server);
         std::vector<Owned<TcpClientSocket2>> clients;
-        std::vector<Owned<TcpWorkerSocket2>> workers(CONNECTIONS);
-        std::vector<std::thread> threads;
-        std::thread acceptor([&] {
-            for (auto& worker : workers) {
+        std::vector<std::jthread> threads;
+        for (std::uint32_t i = 0; i < CONNECTIONS; ++i) {
+            threads.emplace_back([&] {
                 TcpWorkerSocket2* accepted = nullptr;
                 ASSERT_EQ(server->accept(&accepted), ORV_E_SOCKET_OK);
-                worker.reset(accepted);
-            }
-        });
-        for (std::size_t i = 0; i < CONNECTIONS; ++i) {
+                echo(*Owned<TcpWorkerSocket2>(accepted));
+            });
             clients.push_back(newClient());
             ASSERT_EQ(connectTo(*clients.back(), port), ORV_E_SOCKET_OK);
-        }
-        acceptor.join();
-        for (auto& worker : workers) threads.emplace_back([&] { echo(*worker); });
-        for (std::uint32_t i = 0; i < CONNECTIONS; ++i) {
-            threads.emplace_back([&, i] { sendStream(*clients[i], i); });
+            threads.emplace_back([i, client = clients.back().get()] { sendStream(*client, i); });
         }
         // All connections are under way at once; each is read in small pieces, one after another.
         for (std::uint32_t i = 0; i < CONNECTIONS; ++i) {
             std::uint32_t total = 0, wrong = 0;
-            char bytes[1000];
-            std::int64_t count = 0;
-            while (clients[i]->recv(bytes, sizeof bytes, 0, &count) == ORV_E_SOCKET_OK &&
-                   count > 0) {
-                for (std::int64_t k = 0; k < count; ++k, ++total) {
-                    if (bytes[k] != static_cast<char>(byteAt(i, total))) ++wrong;
-                }
+            for (std::string bytes;
+                 total <= BYTES && !(bytes = received(*clients[i], 1000)).empty();) {
+                for (const char byte : bytes) wrong += byte != byteAt(i, total++) ? 1 : 0;
             }
             EXPECT_EQ(total, BYTES) << i;
             EXPECT_EQ(wrong, 0u) << i;
         }
-        for (std::thread& thread : threads) thread.join();
     }
     EXPECT_EQ(openDescriptors(), before);
 }

@@ -128,31 +128,28 @@ TEST(SocketFunctions, askAddressesByTheirFamily)
     EXPECT_EQ(truth, 0);
 
     using Print = ENUM_ORV_E_SOCKET (*)(const orv_sockaddr_union*, char*, std::uint32_t*);
-    struct Row {
-        Print print;
-        const orv_sockaddr_union* address;
-        std::string text;
-    };
-    for (const Row& row : {Row{&OrvNetInetAddressGetAddressStr, &v4, "127.0.0.1"},
-                           {&OrvNetInetAddressGetAddressStr, &v6, "::1"},
-                           {&OrvNetInetSocketAddressGetDiagnosticStr, &v4, "127.0.0.1:80"},
-                           {&OrvNetInetSocketAddressGetDiagnosticStr, &v6, "[::1]:80"}}) {
+    using Row = std::tuple<Print, const orv_sockaddr_union*, std::string>;
+    for (const auto& [print, address, expected] :
+         {Row{&OrvNetInetAddressGetAddressStr, &v4, "127.0.0.1"},
+          {&OrvNetInetAddressGetAddressStr, &v6, "::1"},
+          {&OrvNetInetSocketAddressGetDiagnosticStr, &v4, "127.0.0.1:80"},
+          {&OrvNetInetSocketAddressGetDiagnosticStr, &v6, "[::1]:80"}}) {
         char text[20] = "?";
-        auto size = static_cast<std::uint32_t>(row.text.size());
-        EXPECT_EQ(row.print(row.address, text, &size), ORV_E_SOCKET_EFAULT) << "one byte short";
+        const auto length = static_cast<std::uint32_t>(expected.size());
+        std::uint32_t size = 0;
+        EXPECT_EQ(print(address, text, &size), ORV_E_SOCKET_EFAULT);
+        EXPECT_EQ(text[0], '?') << "no room, not even for the end";
+        size = length;
+        EXPECT_EQ(print(address, text, &size), ORV_E_SOCKET_EFAULT) << "one byte short";
         EXPECT_EQ(size, 0u);
         EXPECT_STREQ(text, "");
-        size = static_cast<std::uint32_t>(row.text.size()) + 1;
-        EXPECT_EQ(row.print(row.address, text, &size), ORV_E_SOCKET_OK);
-        EXPECT_EQ(text, row.text);
-        EXPECT_EQ(size, row.text.size() + 1);
+        size = length + 1;
+        EXPECT_EQ(print(address, text, &size), ORV_E_SOCKET_OK);
+        EXPECT_EQ(text, expected);
+        EXPECT_EQ(size, length + 1);
         size = sizeof text;
-        EXPECT_EQ(row.print(&odd, text, &size), ORV_E_SOCKET_EINVAL);
+        EXPECT_EQ(print(&odd, text, &size), ORV_E_SOCKET_EINVAL);
         EXPECT_STREQ(text, "");
-        size = 0;
-        text[0] = '?';
-        EXPECT_EQ(row.print(row.address, text, &size), ORV_E_SOCKET_EFAULT);
-        EXPECT_EQ(text[0], '?') << "no room, not even for the end";
     }
 }
 

@@ -60,21 +60,18 @@ TEST(TcpServerSocket2, listensOnBothFamiliesAtOnePort)
 
 TEST(TcpServerSocket2, takesListsOfHosts)
 {
-    struct Row {
-        const char* hosts;
-        const char* text;
-        ENUM_ORV_E_SOCKET result;
-    };
-    for (const Row& row : {Row{"10.1.2.3,  ::1", "10.1.2.3:80; [::1]:80", ORV_E_SOCKET_OK},
-                           {"", "", ORV_E_SOCKET_EAI_NONAME},
-                           {"1.2.3.4,", "1.2.3.4:80", ORV_E_SOCKET_EAI_NONAME},
-                           {",no such host!,, 1.2.3.4", "1.2.3.4:80", ORV_E_SOCKET_OK},
-                           {" 1.2.3.4", "", ORV_E_SOCKET_EAI_NONAME},
-                           {"0.0.0.0,::,255.255.255.255", "", ORV_E_SOCKET_OK}}) {
-        SCOPED_TRACE(row.hosts);
+    using Row = std::tuple<const char*, const char*, ENUM_ORV_E_SOCKET>;
+    for (const auto& [hosts, text, result] :
+         {Row{"10.1.2.3,  ::1", "10.1.2.3:80; [::1]:80", ORV_E_SOCKET_OK},
+          {"", "", ORV_E_SOCKET_EAI_NONAME},
+          {"1.2.3.4,", "1.2.3.4:80", ORV_E_SOCKET_EAI_NONAME},
+          {",no such host!,, 1.2.3.4", "1.2.3.4:80", ORV_E_SOCKET_OK},
+          {" 1.2.3.4", "", ORV_E_SOCKET_EAI_NONAME},
+          {"0.0.0.0,::,255.255.255.255", "", ORV_E_SOCKET_OK}}) {
+        SCOPED_TRACE(hosts);
         Owned<TcpServerSocket2> server = newServer();
-        EXPECT_EQ(server->bindListAddAddrInfo(row.hosts, nullptr, 80), row.result);
-        EXPECT_EQ(bindText(*server), row.text);
+        EXPECT_EQ(server->bindListAddAddrInfo(hosts, nullptr, 80), result);
+        EXPECT_EQ(bindText(*server), text);
     }
     Owned<TcpServerSocket2> server = newServer();
     std::uint16_t port = 1;

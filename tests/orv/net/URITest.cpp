@@ -47,10 +47,8 @@ bool throwsEmptyException(const std::function<void()>& action)
 
 TEST(URI, anyTextParses)
 {
-    struct Row {
-        const char16_t *text, *components, *printed;
-    };
-    for (const Row& row : {
+    using Row = std::tuple<const char16_t*, const char16_t*, const char16_t*>;
+    for (const auto& [text, components, printed] : {
              Row{u"tcp://user:pw@host:4000/path?k=v",
                  u"s:tcp u:user w:pw h:host n:4000 p:path q:k=v",
                  u"tcp://user:pw@host:4000/path?k=v"},
@@ -84,9 +82,9 @@ TEST(URI, anyTextParses)
              {u"s://[::1]:80", u"s:s h:[ n:0", u"s://[:0"},
              {u"s://u%2@h%/%zz?%=%1", u"s:s u:u%2 h:h% p:%zz q:%=%1", u"s://u%2@h%/%zz?%=%1"},
          }) {
-        const URI uri(row.text);
-        EXPECT_EQ(componentsOf(uri), row.components) << test::readable(row.text);
-        EXPECT_EQ(uri.toString(), row.printed);
+        const URI uri(text);
+        EXPECT_EQ(componentsOf(uri), components) << test::readable(text);
+        EXPECT_EQ(uri.toString(), printed);
     }
 }
 
@@ -142,29 +140,6 @@ TEST(URI, aParseLeavesWhatTheTextLacks)
     EXPECT_EQ(uri.toString(), u"");
 }
 
-TEST(URI, queryKeysAreFoundWithoutRegardToCase)
-{
-    URI uri(u"tcp://user:pw@host:4000/path?k=v&L=2&");
-    EXPECT_EQ(uri.getQueryValue(u"l", false), u"2");
-    EXPECT_TRUE(uri.hasQueryValue(u"K"));
-    uri.setQueryPair(u"K", u"w", false);
-    uri.removeQueryPair(u"l");
-    EXPECT_EQ(uri.getQuery(false), u"k=w") << "the first spelling stays";
-    uri.removeQueryPair(u"absent");
-    EXPECT_TRUE(uri.hasQuery());
-    uri.removeQueryPair(u"K");
-    EXPECT_FALSE(uri.hasQuery());
-    EXPECT_EQ(uri.toString(), u"tcp://user:pw@host:4000/path");
-
-    uri.setQueryPair(u"a", u"1", false);
-    uri.removeQuery();
-    EXPECT_FALSE(uri.hasQuery() || uri.hasQueryValue(u"a"));
-    uri.setQueryPair(u"\u00C4", u"1", false);
-    EXPECT_TRUE(uri.hasQueryValue(u"\u00E4"));
-    uri.removeQueryPair(u"\u00E4");
-    EXPECT_FALSE(uri.hasQuery()) << "nothing is left of earlier pairs";
-}
-
 /// The query that a map of keys and values makes.
 String queryOf(const collections::Map<QueryKey, String>& pairs)
 {
@@ -184,7 +159,7 @@ TEST(URI, pairsComeInTheOrderOfAHashMap)
     for (int i = 0; i < 3000; ++i) {
         state = state * 1664525 + 1013904223;
         const std::uint32_t keys = i < 1000 ? 40 : 400;
-        String key = (state >> 8 & 1) != 0 ? u"Key" : u"kEy";
+        String key = (state >> 8 & 1) != 0 ? u"K\u00C4" : u"k\u00E4";
         key.append(String::valueOf((state >> 16) % keys));
         if ((state >> 9) % 4 == 0) {
             uri.removeQueryPair(key);
@@ -202,7 +177,7 @@ TEST(URI, pairsComeInTheOrderOfAHashMap)
     EXPECT_GT(map.getSize(), 200);
     URI copy(uri), assigned(u"s://h/p?a=1");
     assigned = copy;
-    copy.removeQueryPair(u"KEY0");
+    copy.removeQueryPair(u"K\u00E40");
     copy.setQueryPair(u"x", u"1", false);
     EXPECT_EQ(uri.getQuery(false), queryOf(map));
     EXPECT_EQ(assigned.toString(), uri.toString());
@@ -215,7 +190,11 @@ TEST(URI, pairsComeInTheOrderOfAHashMap)
         ASSERT_EQ(parsed.getQueryValue(*key, true), *value);
         uri.removeQueryPair(*key);
     }
-    EXPECT_FALSE(uri.hasQuery());
+    EXPECT_FALSE(uri.hasQuery()) << "with the last pair";
+    parsed.removeQuery();
+    parsed.setQueryPair(u"a", u"1", false);
+    parsed.removeQueryPair(u"absent");
+    EXPECT_EQ(parsed.getQuery(false), u"a=1") << "nothing is left of earlier pairs";
 }
 
 TEST(URI, eachPartHasItsOwnEscapes)
@@ -275,12 +254,9 @@ TEST(URI, aParseThatEscapesCutsFirst)
 
 TEST(URI, escapesAreReadAsNumbers)
 {
-    struct Row {
-        const char16_t* escaped;
-        std::u16string_view plain;
-    };
+    using Row = std::pair<const char16_t*, std::u16string_view>;
     URI uri;
-    for (const Row& row : {
+    for (const auto& [escaped, plain] : {
              Row{u"a b", u"a b"sv},
              {u"%41%6a%6A", u"Ajj"sv},
              {u"%zz|%z1|%1z|% 1|%+2|%0x|%\u00E9|", u"\0|\0|\1|\1|\2|\0|\0|"sv},
@@ -290,8 +266,8 @@ TEST(URI, escapesAreReadAsNumbers)
              {u"a%e2%82", u"a"sv}, // what is cut at the end is dropped
              {u"%25%32%35", u"%25"sv},
          }) {
-        uri.setHost(row.escaped, false);
-        EXPECT_EQ(test::readable(test::units(uri.getHost(true))), test::readable(row.plain));
+        uri.setHost(escaped, false);
+        EXPECT_EQ(test::readable(test::units(uri.getHost(true))), test::readable(plain));
     }
     for (const char16_t* const cut : {u"%", u"a%4", u"%41%", u"\u00E9%\u007F"}) {
         uri.setHost(cut, false);

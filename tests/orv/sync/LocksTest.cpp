@@ -27,18 +27,6 @@ static_assert(!std::is_nothrow_destructible_v<Gate>);
 static_assert(!std::is_nothrow_destructible_v<Lock>);
 static_assert(!std::is_base_of_v<Object, Condition>);
 
-/// The result of what `body` throws, S_OK if nothing.
-template <class Body>
-Result thrownBy(Body body)
-{
-    try {
-        body();
-    } catch (const ResultException& exception) {
-        return exception.getResult();
-    }
-    return S_OK;
-}
-
 template <class Body>
 void onAnotherThread(Body body)
 {
@@ -55,7 +43,7 @@ TEST(SyncMutex, belongsToOneThreadUntilItsLastSignal)
         onAnotherThread([&] { EXPECT_FALSE(mutex.tryWait()) << holds; });
         mutex.signal();
     }
-    EXPECT_EQ(thrownBy([&] { mutex.signal(); }), notOwner);
+    EXPECT_EQ(resultOf([&] { mutex.signal(); }), notOwner);
     onAnotherThread([&] {
         EXPECT_TRUE(mutex.tryWait());
         mutex.signal();
@@ -65,18 +53,18 @@ TEST(SyncMutex, belongsToOneThreadUntilItsLastSignal)
 TEST(SyncHandle, theDestructorThrowsUnlessAnExceptionIsOnItsWay)
 {
     using Failing = Handle<[](ORVHandle) { return busy; }>;
-    EXPECT_EQ(thrownBy([] {
+    EXPECT_EQ(resultOf([] {
                   Failing handle;
                   *handle.receive() = 1;
               }),
               busy);
-    EXPECT_EQ(thrownBy([] {
+    EXPECT_EQ(resultOf([] {
                   Failing handle;
                   *handle.receive() = 1;
                   throw ResultException(E_FAIL);
               }),
               E_FAIL);
-    EXPECT_EQ(thrownBy([] { const Failing none; }), S_OK);
+    EXPECT_EQ(resultOf([] { const Failing none; }), S_OK);
 }
 
 TEST(SyncLock, signalsAtTheEndOfItsScope)
@@ -90,7 +78,7 @@ TEST(SyncLock, signalsAtTheEndOfItsScope)
         });
         return got;
     };
-    EXPECT_EQ(thrownBy([&] {
+    EXPECT_EQ(resultOf([&] {
                   const Lock lock(mutex);
                   EXPECT_FALSE(isFree());
                   throw ResultException(E_FAIL);
@@ -147,7 +135,7 @@ TEST(TimedWait, isPassedByTheResultZeroAlone)
     EXPECT_TRUE(passedInTime(S_OK));
     EXPECT_FALSE(passedInTime(E_TIMED_OUT));
     EXPECT_FALSE(passedInTime(1));
-    EXPECT_EQ(thrownBy([] { passedInTime(E_FAIL); }), E_FAIL);
+    EXPECT_EQ(resultOf([] { passedInTime(E_FAIL); }), E_FAIL);
 }
 
 TEST(SyncSemaphore, countsAndHandsOver)
@@ -168,7 +156,7 @@ TEST(SyncSemaphore, countsAndHandsOver)
     other.join();
     for (int i = 0; i < 3; ++i) back.signal();
     EXPECT_EQ(back.getValue(), 3);
-    EXPECT_EQ(thrownBy([] { Semaphore tooMuch(0x80000000u); }), E_INVALIDARG);
+    EXPECT_EQ(resultOf([] { Semaphore tooMuch(0x80000000u); }), E_INVALIDARG);
 }
 
 TEST(ReaderWriterLock, signalGivesBackAHoldOfEitherSide)
@@ -179,12 +167,12 @@ TEST(ReaderWriterLock, signalGivesBackAHoldOfEitherSide)
     EXPECT_FALSE(lock.tryWait());
     lock.signal();
     lock.signalShared();
-    EXPECT_EQ(thrownBy([&] { lock.signalShared(); }), notOwner);
+    EXPECT_EQ(resultOf([&] { lock.signalShared(); }), notOwner);
     {
         const Lock writing(lock);
         EXPECT_FALSE(lock.tryWaitShared());
     }
-    EXPECT_EQ(thrownBy([&] { lock.signal(); }), notOwner);
+    EXPECT_EQ(resultOf([&] { lock.signal(); }), notOwner);
     EXPECT_TRUE(lock.tryWait());
     lock.signal();
 }

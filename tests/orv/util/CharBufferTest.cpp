@@ -89,9 +89,10 @@ TYPED_TEST(Buffers, copyContentAndRoom)
 
 TYPED_TEST(Buffers, readOnlyOnesRefuseWriting)
 {
-    typename TestFixture::RO buffer(TestFixture::HELLO.data(), 5, 99);
+    const auto* const data = TestFixture::HELLO.data();
+    typename TestFixture::RO buffer(data, 5, 99);
     EXPECT_EQ(buffer.getLength(), 5);
-    EXPECT_EQ(buffer.getReadLock(), TestFixture::HELLO.data());
+    EXPECT_EQ(buffer.getReadLock(), data);
     EXPECT_FALSE(buffer.isWritable());
     EXPECT_THROW(buffer.getWriteLock(0), ReadOnlyException);
     EXPECT_THROW(buffer.ensureCapacity(0), ReadOnlyException);
@@ -99,32 +100,24 @@ TYPED_TEST(Buffers, readOnlyOnesRefuseWriting)
     buffer.freeExtra();
 
     typename TestFixture::Interface& face = buffer;
-    const auto* const data = TestFixture::HELLO.data();
-    auto* out = const_cast<typename TestFixture::Unit*>(data);
-    EXPECT_EQ(face.GetWriteLock(1, &out), E_NOTIMPL);
-    EXPECT_EQ(out, nullptr);
-    out = const_cast<typename TestFixture::Unit*>(data);
-    EXPECT_EQ(face.EnsureCapacity(1, &out), E_NOTIMPL);
-    EXPECT_EQ(out, nullptr);
+    typename TestFixture::Unit unit{};
+    auto *first = &unit, *second = &unit;
+    EXPECT_EQ(face.GetWriteLock(1, &first), E_NOTIMPL);
+    EXPECT_EQ(face.EnsureCapacity(1, &second), E_NOTIMPL);
+    EXPECT_TRUE(first == nullptr && second == nullptr);
     EXPECT_EQ(face.ReleaseWriteLock(0), E_NOTIMPL);
 }
 
-TYPED_TEST(Buffers, theInterfaceGivesResults)
+TYPED_TEST(Buffers, theInterfaceTellsOfNoRoom)
 {
     const auto buffer = makeReference<typename TestFixture::RW>();
     void* found = nullptr;
     ASSERT_EQ(buffer->QueryInterface(TestFixture::Interface::IID, &found), S_OK);
     const auto face = Reference<typename TestFixture::Interface>::adopt(
         static_cast<typename TestFixture::Interface*>(static_cast<IORVUnknown*>(found)));
-    typename TestFixture::Unit* units = nullptr;
-    ASSERT_EQ(face->GetWriteLock(5, &units), S_OK);
-    std::copy(TestFixture::HELLO.begin(), TestFixture::HELLO.end(), units);
-    EXPECT_EQ(face->ReleaseWriteLock(5), S_OK);
+    typename TestFixture::Unit unit{};
+    typename TestFixture::Unit* units = &unit;
     EXPECT_EQ(face->IsWritable(), 1);
-    EXPECT_EQ(face->GetLength(), 5);
-    EXPECT_TRUE(TestFixture::holdsHello(face->GetData()));
-    EXPECT_EQ(face->FreeExtra(), S_OK);
-
     EXPECT_EQ(face->EnsureCapacity(0x7FFFFFFF, &units), E_OUTOFMEMORY) << "rounding overflows";
     EXPECT_EQ(units, nullptr);
 }

@@ -45,21 +45,18 @@ TEST(Comparator, asksElementsThatHaveAnOrder)
     const auto five = makeReference<Integer32>(5);
     const auto low = makeReference<Integer32>(INT32_MIN);
     const auto wide = makeReference<Integer64>(4);
-    struct Row {
-        const Object *a, *b;
-        std::int32_t order;
-    };
-    for (const Row& row : {Row{abc.get(), ab.get(), 1},
-                           {ab.get(), abc.get(), -1},
-                           {abc.get(), backward.get(), 0},
-                           {backward.get(), ab.get(), -1},
-                           {five.get(), wide.get(), 1},
-                           {five.get(), low.get(), five->compareTo(*low)},
-                           {low.get(), five.get(), low->compareTo(*five)}}) {
-        EXPECT_EQ(order(toUnknown(row.a), toUnknown(row.b)), row.order);
+    using Row = std::tuple<const Object*, const Object*, std::int32_t>;
+    for (const auto& [a, b, expected] : {Row{abc.get(), ab.get(), 1},
+                                         {ab.get(), abc.get(), -1},
+                                         {abc.get(), backward.get(), 0},
+                                         {backward.get(), ab.get(), -1},
+                                         {five.get(), wide.get(), 1},
+                                         {five.get(), low.get(), five->compareTo(*low)},
+                                         {low.get(), five.get(), low->compareTo(*five)}}) {
+        EXPECT_EQ(order(toUnknown(a), toUnknown(b)), expected);
         std::uint32_t hash = 0;
-        EXPECT_EQ(collections::GetDefaultComparator()->Hash(toUnknown(row.a), &hash), S_OK);
-        EXPECT_EQ(hash, row.a->hashCode());
+        EXPECT_EQ(collections::GetDefaultComparator()->Hash(toUnknown(a), &hash), S_OK);
+        EXPECT_EQ(hash, a->hashCode());
     }
     EXPECT_EQ(abc->GetRefCount(), 1u) << "counts taken are given back";
 }

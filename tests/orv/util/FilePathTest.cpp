@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace orv::util {
 namespace {
 
@@ -41,10 +43,7 @@ TEST(PathNormalizer, foldsDotsAndSeparators)
 
 TEST(FilePath, answersForEachPart)
 {
-    struct Row {
-        const char16_t *path, *normal, *drive, *directory, *name, *base, *extension, *parent;
-    };
-    const Row rows[] = {
+    const std::array<const char16_t*, 8> rows[] = {
         {u"c:/a/./b/../c", u"c:\\a\\c", u"c:", u"c:\\a", u"c", u"c", u"", u"c:\\a"},
         {u"\\\\srv\\share\\dir\\f.txt", u"\\\\srv\\share\\dir\\f.txt", u"\\\\srv\\share",
          u"\\\\srv\\share\\dir", u"f.txt", u"f", u".txt", u"\\\\srv\\share\\dir"},
@@ -56,16 +55,16 @@ TEST(FilePath, answersForEachPart)
         {u"c:f.x", u"c:f.x", u"c:", u"c:", u"f.x", u"f", u".x", u"c:"},
         {u":a", u":a", u"", u"", u":a", u":a", u"", u""},
     };
-    for (const Row& row : rows) {
-        const FilePath path(row.path);
-        SCOPED_TRACE(test::readable(row.path));
-        EXPECT_EQ(path.toString(), row.normal);
-        EXPECT_EQ(path.getDrive(), row.drive);
-        EXPECT_EQ(path.getDirectory(), row.directory);
-        EXPECT_EQ(path.getName(), row.name);
-        EXPECT_EQ(path.getBaseName(), row.base);
-        EXPECT_EQ(path.getExtension(), row.extension);
-        EXPECT_EQ(path.getParentPath(), row.parent);
+    for (const auto& [text, normal, drive, directory, name, base, extension, parent] : rows) {
+        const FilePath path(text);
+        SCOPED_TRACE(test::readable(text));
+        EXPECT_EQ(path.toString(), normal);
+        EXPECT_EQ(path.getDrive(), drive);
+        EXPECT_EQ(path.getDirectory(), directory);
+        EXPECT_EQ(path.getName(), name);
+        EXPECT_EQ(path.getBaseName(), base);
+        EXPECT_EQ(path.getExtension(), extension);
+        EXPECT_EQ(path.getParentPath(), parent);
         EXPECT_EQ(path.getChildPath(u"child"), u"");
     }
     EXPECT_EQ(FilePath(u"c:\\a\\..\\b").toString(), u"c:b");

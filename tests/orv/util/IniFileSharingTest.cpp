@@ -1,7 +1,5 @@
 #include "orv/util/IniFile.h"
 
-#include "orv/ipc/Semaphore.h"
-
 #include "tests/orv/util/IniFiles.h"
 #include "tests/support/Processes.h"
 #include "tests/support/TemporaryFolder.h"
@@ -59,24 +57,6 @@ TEST_F(IniFileSharing, losesNothingWhenTheFileIsOpenedForEachChange)
     for (auto& child : children) EXPECT_EQ(child->exitCode(), 0);
     IniFile file = open();
     EXPECT_EQ(countOf(file), writers * changes);
-}
-
-TEST_F(IniFileSharing, goesOnAfterAProcessDiedWithTheSemaphore)
-{
-    IniFile file = open();
-    file.AddKey(u"set", u"before", u"1", true);
-    test::SharedPage<std::atomic<bool>> holds;
-    test::ForkedChild child([&] {
-        ipc::Semaphore lock(m_lock.c_str(), 1);
-        lock.wait();
-        holds->store(true);
-        for (;;) ::pause();
-        return 0;
-    });
-    ASSERT_TRUE(test::awaitTrue([&] { return holds->load(); }));
-    child.kill();
-    EXPECT_EQ(file.AddKey(u"set", u"after", u"2", true), S_OK);
-    EXPECT_EQ(test::contentOf(file), "[set]after=2;before=1;");
 }
 
 // What a kill leaves is the file before the save, after it, or what a save of it begins with.

@@ -28,13 +28,8 @@ const Refusal mismatch(E_FAIL, "Registry type mismatch");
 
 TEST_F(RegistryKeyTest, takesItsRootFromTheStartOfThePath)
 {
-    struct Row {
-        const char16_t* path;
-        ENUM_ORV_HKEY root;
-        const char16_t* key;
-        const char16_t* name;
-    };
-    for (const Row& row : {
+    using Row = std::tuple<const char16_t*, ENUM_ORV_HKEY, const char16_t*, const char16_t*>;
+    for (const auto& [path, root, full, name] : {
              Row{u"ORV_HKEY_CONFIG_CROSS/a/b", ORV_HKEY_CONFIG_32, u"ORV_HKEY_CONFIG_32\\a\\b",
                  u"b"},
              {u"ORV_HKEY_CONFIG", ORV_HKEY_CONFIG_64, u"ORV_HKEY_CONFIG_64", u"ORV_HKEY_CONFIG"},
@@ -46,10 +41,10 @@ TEST_F(RegistryKeyTest, takesItsRootFromTheStartOfThePath)
              {u"ORV_HKEY_CLASSES_64/", ORV_HKEY_CLASSES_64, u"ORV_HKEY_CLASSES_64", u""},
              {u"orv_hkey_user", ORV_HKEY_USER, u"ORV_HKEY_USER", u"orv_hkey_user"},
          }) {
-        const RegistryKey key{String(row.path)};
-        EXPECT_EQ(key.getHKEY(), row.root) << key.getKey(false).getBytes();
-        EXPECT_EQ(key.getKey(false), row.key);
-        EXPECT_EQ(key.getKeyName(), row.name);
+        const RegistryKey key{String(path)};
+        EXPECT_EQ(key.getHKEY(), root) << key.getKey(false).getBytes();
+        EXPECT_EQ(key.getKey(false), full);
+        EXPECT_EQ(key.getKeyName(), name);
     }
     for (const char16_t* path : {u"\\a\\b", u"", u"ORV_HKEY", u"ORV_HKEY_USER2\\a"}) {
         EXPECT_EQ(refusalOf([&] { RegistryKey{String(path)}; }),

@@ -18,27 +18,22 @@ String rest(StringTokenizer& tokens)
 
 TEST(StringTokenizer, cutsAtDelimiters)
 {
-    struct Row {
-        const char16_t* text;
-        const char16_t* delimiters;
-        bool returned;
-        const char16_t* tokens;
-        int count;
-    };
-    for (const Row& row : {Row{u"a,,b", u",", true, u"[a][,][,][b]", 4},
-                           {u"a,,b", u",", false, u"[a][b]", 2},
-                           {u",a,b,,", u",", false, u"[a][b]", 2},
-                           {u",a,", u",", true, u"[,][a][,]", 3},
-                           {u"", u",", false, u"", 0},
-                           {u"", u",", true, u"", 0},
-                           {u",,", u",", false, u"", 0},
-                           {u" a\tb\r\nc\fd\ve ", nullptr, false, u"[a][b][c][d\ve]", 4},
-                           {u"aXbxc", u"x", false, u"[aXb][c]", 2},
-                           {u"abc", u"", false, u"", 0},
-                           {u"abc", u"", true, u"[abc]", 1}}) {
-        StringTokenizer tokens(row.text, row.delimiters, row.returned);
-        EXPECT_EQ(tokens.getTokenCount(), row.count) << test::readable(row.text);
-        EXPECT_EQ(rest(tokens), row.tokens) << test::readable(row.text);
+    using Row = std::tuple<const char16_t*, const char16_t*, bool, const char16_t*, int>;
+    for (const auto& [text, delimiters, returned, expected, count] :
+         {Row{u"a,,b", u",", true, u"[a][,][,][b]", 4},
+          {u"a,,b", u",", false, u"[a][b]", 2},
+          {u",a,b,,", u",", false, u"[a][b]", 2},
+          {u",a,", u",", true, u"[,][a][,]", 3},
+          {u"", u",", false, u"", 0},
+          {u"", u",", true, u"", 0},
+          {u",,", u",", false, u"", 0},
+          {u" a\tb\r\nc\fd\ve ", nullptr, false, u"[a][b][c][d\ve]", 4},
+          {u"aXbxc", u"x", false, u"[aXb][c]", 2},
+          {u"abc", u"", false, u"", 0},
+          {u"abc", u"", true, u"[abc]", 1}}) {
+        StringTokenizer tokens(text, delimiters, returned);
+        EXPECT_EQ(tokens.getTokenCount(), count) << test::readable(text);
+        EXPECT_EQ(rest(tokens), expected) << test::readable(text);
         EXPECT_EQ(tokens.getTokenCount(), 0);
         EXPECT_EQ(test::refusalOf([&] { tokens.nextToken(); }).second, "No such element");
     }

@@ -16,13 +16,9 @@ using test::Outcome;
 
 TEST(BTCUTF8, readsWithTolerance)
 {
-    struct Row {
-        std::string_view bytes;
-        std::u16string_view units;
-        std::int32_t consumed;
-    };
+    using Row = std::tuple<std::string_view, std::u16string_view, std::int32_t>;
     BTCUTF8 decoder;
-    for (const Row& row : {
+    for (const auto& [bytes, units, consumed] : {
              Row{"A", u"A", 1},
              {"\xF0\x90\x80\x80", u"\U00010000", 4},
              {"\xC0\x80", u"\uFFFD\uFFFD", 2},
@@ -41,9 +37,8 @@ TEST(BTCUTF8, readsWithTolerance)
              {"\xEF\xBB\xBF", u"\uFEFF", 3},
          }) {
         std::int32_t from = 0;
-        EXPECT_EQ(decoded(decoder, row.bytes, from), row.units)
-            << testing::PrintToString(row.bytes);
-        EXPECT_EQ(from, row.consumed) << testing::PrintToString(row.bytes);
+        EXPECT_EQ(decoded(decoder, bytes, from), units) << testing::PrintToString(bytes);
+        EXPECT_EQ(from, consumed) << testing::PrintToString(bytes);
     }
 }
 
