@@ -116,7 +116,7 @@ ORVResult ORVComClassIDFromProgID(const char16_t* progId, GUID* out) noexcept
 }
 
 ORVResult ORVModuleComCreateObject(const void* token, const GUID& classId, void* outer,
-                                   const GUID& iid, void** out) noexcept
+                                   const GUID& iid, void** out)
 {
     using namespace orv;
     EXPECT_NE(token, nullptr);
