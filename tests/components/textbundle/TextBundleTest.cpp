@@ -1,12 +1,6 @@
 #include "orv/Exception.h"
 #include "orv/collections/List.h"
-#include "orv/collections/quark/ArrayList.h"
 #include "orv/i18n/StringBundle.h"
-#include "orv/io/FileOutputStream.h"
-#include "orv/io/OutputStreamWriter.h"
-#include "orv/log/BasicLogWriter.h"
-#include "orv/log/Logger.h"
-#include "orv/log/StringBundleLogger.h"
 #include "orv/util/RegistryKey.h"
 #include "tests/support/ForeignCharBuffer.h"
 #include "tests/support/ScratchRegistry.h"
@@ -25,8 +19,6 @@ namespace {
 using namespace std::string_literals;
 using namespace std::string_view_literals;
 
-constexpr Result NO_CATALOGUE = makeResult(0x8007000Du);
-
 /// A host that knows of the component nothing but its file.
 class TextBundle : public testing::Test {
 protected:
@@ -42,15 +34,11 @@ protected:
         return m_registry.folder().file(std::u16string(name.begin(), name.end()));
     }
 
-    Result add(const std::string& name)
-    {
-        return entry<decltype(&ORVRegisterCatalogue)>(u"ORVRegisterCatalogue")(
-            String(ORV_TEXTBUNDLE).getData(), path(name).getData());
-    }
     Result add(const std::string& name, std::string_view content)
     {
         m_registry.folder().write(name, content);
-        return add(name);
+        return entry<decltype(&ORVRegisterCatalogue)>(u"ORVRegisterCatalogue")(
+            String(ORV_TEXTBUNDLE).getData(), path(name).getData());
     }
     Result remove(const std::string& name)
     {
@@ -84,14 +72,6 @@ protected:
         }
     }
 
-    /// Puts a file in the place of another at once.
-    void replace(const std::string& name, std::string_view content) const
-    {
-        m_registry.folder().write("new", content);
-        const auto& folder = m_registry.folder().path();
-        std::filesystem::rename(folder / "new", folder / name);
-    }
-
     test::ScratchRegistry m_registry;
     test::ScopedVariable m_locale{"LC_ALL", "fr_FR.UTF-8"};
 };
@@ -117,9 +97,7 @@ TEST_F(TextBundle, readsEachLineByItself)
         const char16_t *key, *text; ///< a null text: broken
     };
     const Row rows[] = {
-        {"\xEF\xBB\xBF"
-         "first=1"sv,
-         u"first", u"1"},
+        {"\xEF\xBB\xBFmark=1"sv, u"mark", u"1"},
         {"\t plain  key \t=  two words \t"sv, u"plain  key", u"two words"},
         {"Key=a = b"sv, u"Key", u"a = b"},
         {"key = b\r"sv, u"key", u"b"},
@@ -133,7 +111,7 @@ TEST_F(TextBundle, readsEachLineByItself)
         {R"(cut = \)"sv, u"cut", nullptr},
         {R"(hidden \= text)"sv, u"hidden = text", nullptr},
         {"zero = \0"sv, u"zero", nullptr},
-        {"first = 2"sv, u"first", nullptr},
+        {"mark = 2"sv, u"mark", nullptr},
         {"latin = \xFC"sv, u"latin", nullptr},
         {"half = \xED\xA0\x80"sv, u"half", nullptr},
         {"tail = \xE2\x82"sv, u"tail", nullptr},
@@ -154,15 +132,14 @@ TEST_F(TextBundle, readsEachLineByItself)
     ASSERT_EQ(add("Msg.de.messages", file + "\n\n \t\n#comment = none"), S_OK);
     EXPECT_EQ(brokenLines("Msg.de.messages"), broken);
 
-    const auto bundle = open();
     for (const auto& [key, text] : texts) {
         const bool has = text != nullptr && *text != 0;
         EXPECT_EQ(textOf(key.c_str()), has ? text : u"Resource not found") << test::readable(key);
     }
-    std::vector<std::string> keys;
-    for (const String* key : *bundle->getKeys()) keys.push_back(test::readable(test::units(*key)));
-    EXPECT_EQ(keys, (std::vector<std::string>{"first", "plain  key", "Key", "key", "#=\\", "end",
-                                              "wide", "empty", "last"}));
+    const auto listed = open()->getKeys();
+    std::string keys;
+    for (const String* key : *listed) keys.append(key->getBytes()).append(";");
+    EXPECT_EQ(keys, "mark;plain  key;Key;key;#=\\;end;wide;empty;last;");
 }
 
 TEST_F(TextBundle, standsRubbishAndLongLines)
@@ -170,16 +147,22 @@ TEST_F(TextBundle, standsRubbishAndLongLines)
     std::string rubbish(1 << 20, '\0');
     std::minstd_rand random(7);
     for (char& byte : rubbish) byte = static_cast<char>(random() >> 8);
-    EXPECT_EQ(add("Msg.de.messages", "no catalogue\n"), NO_CATALOGUE);
+    EXPECT_EQ(add("Msg.de.messages", "no catalogue\n"), makeResult(0x8007000Du));
     EXPECT_EQ(add("Msg.de.messages", rubbish + "\na = A\n" + rubbish), S_OK);
     EXPECT_EQ(textOf(u"a"), u"A");
     EXPECT_GT(brokenLines("Msg.de.messages").size(), 1000u);
 
-    const std::string longLine(3 << 20, 'x');
-    EXPECT_EQ(add("Msg.de.messages", longLine + "\nlong = " + longLine + "\nb = B"), S_OK);
-    EXPECT_EQ(open()->getString(u"long").getLength(), 3 << 20);
-    EXPECT_EQ(textOf(u"b"), u"B");
+    std::string file(3 << 20, 'x');
+    file += "\nlong = " + file;
+    for (int i = 0; i < 300; ++i) file += "\nkey" + std::to_string(i) + " = " + std::to_string(i);
+    EXPECT_EQ(add("Msg.de.messages", file), S_OK);
     EXPECT_EQ(brokenLines("Msg.de.messages"), std::vector{1});
+    const auto bundle = open();
+    EXPECT_EQ(bundle->getString(u"long").getLength(), 3 << 20);
+    for (int i = 0; i < 300; ++i) {
+        const String number = String::valueOf(i);
+        EXPECT_EQ(bundle->getString(u"key" + number), number);
+    }
 }
 
 TEST_F(TextBundle, followsItsFileFromOneOpeningToTheNext)
@@ -209,20 +192,10 @@ TEST_F(TextBundle, answersThroughItsInterface)
         Reference<IORVResourceBundle>::adopt(static_cast<IORVResourceBundle*>(made));
     test::ForeignCharBuffer key(u"kept"sv), text(u"kept"sv);
     EXPECT_EQ(bundle->LoadCharBuffer(u"x", &text), E_NOT_FOUND);
-    EXPECT_EQ(text.text(), u"kept"sv);
     EXPECT_EQ(bundle->LoadCharBuffer(nullptr, &text), E_POINTER);
     EXPECT_EQ(bundle->LoadCharBuffer(u"k", nullptr), E_POINTER);
     EXPECT_EQ(bundle->LoadCharBuffer(u"k", &text), S_OK);
     EXPECT_EQ(text.text(), u"0123456789"sv);
-    text.failWith = E_NOT_AVAILABLE;
-    EXPECT_EQ(bundle->LoadCharBuffer(u"k", &text), E_NOT_AVAILABLE);
-    EXPECT_EQ(text.openLocks(), 0);
-    text.failWith = S_OK;
-
-    std::u16string cut(6, u'#');
-    std::uint32_t room = 4;
-    EXPECT_EQ(bundle->LoadStringW(u"k", cut.data(), &room), S_OK);
-    EXPECT_EQ(cut, u"0123##");
     std::int32_t count = 0;
     EXPECT_EQ(bundle->GetCount(&count), S_OK);
     EXPECT_EQ(count, 2);
@@ -251,10 +224,6 @@ TEST_F(TextBundle, isRegisteredUnderOneIdentifierAndRemovedWhole)
         EXPECT_EQ(add(name, "a = A"), E_INVALIDARG) << name;
         EXPECT_EQ(brokenLines(name), std::vector{0}) << name;
     }
-    EXPECT_EQ(add("Msg.it.messages"), E_NOT_FOUND);
-    EXPECT_THROW(util::RegistryKey(u"ORV_HKEY_CLASSES").getSubkey(u"CLSID").getSubkeyIterator(),
-                 ResultException);
-
     std::filesystem::create_directory(m_registry.folder().path() / "other");
     ASSERT_EQ(add("Msg.de_AT@euro.messages", "a = A"), S_OK);
     ASSERT_EQ(add("other/msg.de_AT@euro.messages", "a = other"), S_OK);
@@ -272,28 +241,8 @@ TEST_F(TextBundle, isRegisteredUnderOneIdentifierAndRemovedWhole)
     ASSERT_TRUE(left->hasNext());
     EXPECT_EQ(left->next()->getKeyName(), foreign.getKeyName());
     EXPECT_FALSE(left->hasNext());
-    GUID classId;
-    EXPECT_EQ(ORVComClassIDFromProgID(u"Tessaly.A.b.c.StringBundle.fr", &classId),
-              makeResult(0x80040154u));
-}
-
-TEST_F(TextBundle, fillsTheLog)
-{
-    ASSERT_EQ(add("Msg.de.messages", "hello = {0} grüßt {1}, {0}!"), S_OK);
-    const auto bytes =
-        makeReference<io::FileOutputStream>(path("log"), io::FileOutputStream::TRUNC);
-    const auto writer = makeReference<io::OutputStreamWriter>(bytes.get(), u"UTF-8", 4096);
-    const auto logger = makeReference<log::Logger>(u"test");
-    logger->addProcessor(log::BasicLogWriter::create(writer.get()).get());
-    log::StringBundleLogger messages(open().get(), logger.get());
-    const auto arguments = makeReference<collections::List<Object>>(
-        makeReference<collections::quark::ArrayList>().get());
-    for (const auto* name : {u"Anna", u"{0}"}) arguments->add(makeReference<String>(name).get());
-    messages.log(1, u"hello", *arguments);
-    messages.log(1, u"absent");
-    const std::string log = m_registry.folder().read("log");
-    EXPECT_NE(log.find("Anna grüßt {0}, Anna!"), std::string::npos) << log;
-    EXPECT_NE(log.find("absent"), std::string::npos) << log;
+    EXPECT_FALSE(
+        util::RegistryKey(u"ORV_HKEY_CLASSES/Tessaly.A.b.c.StringBundle.fr").valueExists(u""));
 }
 
 TEST_F(TextBundle, isOpenedByManyThreadsWhileItsFileIsReplaced)
@@ -309,7 +258,11 @@ TEST_F(TextBundle, isOpenedByManyThreadsWhileItsFileIsReplaced)
             }
         });
     }
-    for (int pass = 0; pass < 50; ++pass) replace("Msg.de.messages", versions[pass % 2]);
+    const auto& folder = m_registry.folder().path();
+    for (int pass = 0; pass < 50; ++pass) {
+        m_registry.folder().write("new", versions[pass % 2]);
+        std::filesystem::rename(folder / "new", folder / "Msg.de.messages");
+    }
 }
 
 } // namespace
