@@ -5,20 +5,25 @@
 #include "orv/util/IniFileException.h"
 #include "orv/util/IniFileIterators.h"
 
-#include "tests/orv/util/IniFiles.h"
+#include "tests/support/Processes.h"
+#include "tests/support/SharedNames.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <climits>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -29,8 +34,36 @@ namespace orv::util {
 namespace {
 
 using namespace std::string_literals;
-using test::contentOf;
-using test::lookUp;
+
+/// A value of up to 600 units, none where there is no such key.
+std::optional<std::u16string> lookUp(IniFile& file, const char16_t* set, const char16_t* key)
+{
+    char16_t value[600];
+    if (file.GetValue(set, key, value, 600) != S_OK) return std::nullopt;
+    return value;
+}
+
+std::optional<std::u16string> lookUp(IniFile&& file, const char16_t* set, const char16_t* key)
+{
+    return lookUp(file, set, key);
+}
+
+/// All that is in the file: "[set]key=value;key=value;[set]...", readable.
+std::string contentOf(IniFile& file)
+{
+    std::string text;
+    for (IniFileSetIterator sets(file, u""); sets.hasNext();) {
+        const String set = sets.next();
+        text += "[" + test::readable(test::units(set)) + "]";
+        for (IniFileKeyIterator keys(file, set.getData()); keys.hasNext();) {
+            const String key = keys.next();
+            const auto value = lookUp(file, set.getData(), key.getData());
+            text += test::readable(test::units(key)) + "=" +
+                    (value ? test::readable(*value) : "(none)") + ";";
+        }
+    }
+    return text;
+}
 
 class IniFiles : public testing::Test {
 protected:
@@ -348,6 +381,95 @@ TEST_F(IniFiles, iterateOverTheNamesThereWere)
     expectRefusal(IniFileException::TYPE_NO_MORE_ELEMENTS, u"", [&] { keys.next(); });
     expectRefusal(IniFileException::TYPE_NO_SUCH_SET, u"c",
                   [&] { IniFileKeyIterator(file, u"c"); });
+}
+
+// Shared between processes and threads.
+
+std::u16string nameOf(int writer, int change)
+{
+    const std::string name = "k" + std::to_string(writer) + "." + std::to_string(change);
+    return {name.begin(), name.end()};
+}
+
+int countOf(IniFile& file)
+{
+    int count = 0;
+    for (IniFileKeyIterator keys(file, u"set"); keys.hasNext(); ++count) keys.next();
+    return count;
+}
+
+class IniFileSharing : public testing::Test {
+protected:
+    IniFile open() const { return {m_path.c_str(), m_lock.c_str(), 0}; }
+
+    test::TemporaryFolder m_folder;
+    std::u16string m_path{test::units(m_folder.file(u"shared.ini"))};
+    std::string m_lock = test::uniqueName();
+};
+
+// ORV_TEST_CHANGES=1000 makes it last some minutes.
+TEST_F(IniFileSharing, losesNothingWhenTheFileIsOpenedForEachChange)
+{
+    constexpr int writers = 4;
+    const char* const asked = std::getenv("ORV_TEST_CHANGES");
+    const int changes = asked != nullptr ? std::atoi(asked) : 60;
+    std::vector<std::unique_ptr<test::ForkedChild>> children;
+    for (int writer = 0; writer < writers; ++writer) {
+        children.push_back(std::make_unique<test::ForkedChild>([&, writer] {
+            for (int change = 0; change < changes; ++change) {
+                const std::u16string key = nameOf(writer, change);
+                if (open().AddKey(u"set", key.c_str(), u"value", false) != S_OK) return 1;
+            }
+            return 0;
+        }));
+    }
+    for (auto& child : children) EXPECT_EQ(child->exitCode(), 0);
+    IniFile file = open();
+    EXPECT_EQ(countOf(file), writers * changes);
+}
+
+// What a kill leaves is the file before the save, after it, or what a save of it begins with.
+TEST_F(IniFileSharing, leavesTheBeginningOfASaveWhenItsProcessIsKilled)
+{
+    std::string whole = "[set]\n";
+    for (int i = 100; i < 400; ++i) whole += "k" + std::to_string(i) + "=value\n";
+    whole += "\n";
+    for (int turn = 0; turn < 20; ++turn) {
+        m_folder.write("shared.ini", whole);
+        test::SharedPage<std::atomic<int>> saves;
+        test::ForkedChild child([&] {
+            IniFile file = open();
+            for (;;) {
+                file.AddKey(u"set", u"k100", u"value", true);
+                ++*saves;
+            }
+            return 0;
+        });
+        ASSERT_TRUE(test::awaitTrue([&] { return saves->load() > turn; }));
+        child.kill();
+        const std::string left = m_folder.read("shared.ini");
+        EXPECT_EQ(left, whole.substr(0, left.size()));
+        EXPECT_EQ(open().AddKey(u"set", u"k100", u"value", true), S_OK);
+    }
+}
+
+TEST_F(IniFileSharing, servesSeveralThreadsUnderASemaphore)
+{
+    IniFile file = open();
+    IniFile copy(file);
+    const auto work = [&](int writer) {
+        for (int change = 0; change < 30; ++change) {
+            const std::u16string key = nameOf(writer, change);
+            file.AddKey(u"set", key.c_str(), key.c_str(), true);
+            for (int i = 0; i < 3; ++i) EXPECT_EQ(lookUp(file, u"set", key.c_str()), key);
+            contentOf(copy);
+        }
+    };
+    std::thread first(work, 1);
+    std::thread second(work, 2);
+    first.join();
+    second.join();
+    EXPECT_EQ(countOf(file), 60);
 }
 
 } // namespace
