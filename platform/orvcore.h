@@ -242,11 +242,11 @@ ORVCORE_API ORVResult ORVModuleSetInitialized(const void* token, std::int32_t up
 /// Creates an object of a registered class: `outer`, always null, and `iid` go to the class
 /// factory, and `out` receives the interface with one count, or null.
 ///
-/// The store's key CLSID\{class identifier}\InprocServer32, in the 64-bit view of the classes, has
-/// the absolute path of the component's library as its default value. The library is loaded with
-/// its symbols to itself, once for all threads, and stays for the life of the process; its export
-/// ORVGetClassObject(class identifier, interface, out) gives the class factory. A component is
-/// found again at each call: what another process registers, holds for the next object.
+/// The store's key CLSID\\{class identifier}\\InprocServer32, in the 64-bit view of the classes,
+/// has the absolute path of the component's library as its default value. The library is loaded
+/// with its symbols to itself, once for all threads, and stays for the life of the process; its
+/// export ORVGetClassObject(class identifier, interface, out) gives the class factory. A component
+/// is found again at each call: what another process registers, holds for the next object.
 ///
 /// | Result | Meaning |
 /// |---|---|
@@ -268,8 +268,8 @@ ORVCORE_API ORVResult ORVModuleComCreateObject(const void* token, const GUID& cl
 /// ProgID is not registered, 0x800401F8 where it is and its class is not.
 ORVCORE_API ORVResult ORVComCreateObjectByProgID(const char16_t* progId, void* outer,
                                                  const GUID& iid, void** out);
-/// Finds the class identifier registered under `progId`, the default value of the key ProgID\CLSID.
-/// 0x80040154 where there is none, 0x8007000D where it is no identifier.
+/// Finds the class identifier registered under `progId`, the default value of the key
+/// ProgID\\CLSID. 0x80040154 where there is none, 0x8007000D where it is no identifier.
 ORVCORE_API ORVResult ORVComClassIDFromProgID(const char16_t* progId, GUID* out) noexcept;
 /// Order of two identifiers by their raw bytes; 0 when equal.
 ORVCORE_API std::int32_t ORVComCompareGUID(const GUID& a, const GUID& b) noexcept;

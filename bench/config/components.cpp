@@ -1,0 +1,119 @@
+#include "bench/common/Case.h"
+#include "examples/component/IGreeter.h"
+#include "orv/Reference.h"
+#include "orv/exec/SharedLibrary.h"
+#include "orv/quark/Component.h"
+#include "orv/quark/IORVClassFactory.h"
+#include "orv/util/Guid.h"
+#include "orv/util/RegistryKey.h"
+
+#include <cstdlib>
+#include <string>
+
+#include <unistd.h>
+
+// An object of a registered component, made and released, when its library is loaded already; and
+// the parts of that alone: the look-up of ProgID and path in the store, the component's own share,
+// and what asking the system for the library each time would cost.
+
+namespace orv::bench {
+namespace {
+
+constexpr const char16_t* PROG_ID = u"Example.Greeter";
+
+/// The component of the examples in a store of its own.
+class Registration {
+public:
+    Registration() : m_file(dataFolder() + "/orv_bench_components.db")
+    {
+        removeStore();
+        ::setenv("ORV_REGISTRY", m_file.c_str(), 1);
+        const String path(ORV_BENCH_COMPONENT);
+        exec::SharedLibrary library(path.getData());
+        void* const entry = library.getSymbol(u"ORVRegisterServer");
+        reinterpret_cast<decltype(&ORVRegisterServer)>(entry)(path.getData());
+    }
+    Registration(const Registration&) = delete;
+    Registration& operator=(const Registration&) = delete;
+    ~Registration() { removeStore(); }
+
+private:
+    void removeStore() const
+    {
+        for (const char* tail : {"", "-wal", "-shm"}) ::unlink((m_file + tail).c_str());
+    }
+
+    std::string m_file;
+};
+
+void release(void* object)
+{
+    static_cast<IORVUnknown*>(object)->Release();
+}
+
+void create(benchmark::State& state)
+{
+    const Registration registration;
+    for (auto _ : state) {
+        void* made = nullptr;
+        ORVComCreateObjectByProgID(PROG_ID, nullptr, IGreeter::IID, &made);
+        if (made == nullptr) return state.SkipWithError("no object");
+        release(made);
+    }
+}
+
+void lookUp(benchmark::State& state)
+{
+    const Registration registration;
+    GUID classId{};
+    ORVComClassIDFromProgID(PROG_ID, &classId);
+    const String key = u"CLSID\\" + util::Guid(classId).toString() + u"\\InprocServer32";
+    for (auto _ : state) {
+        char16_t path[4096];
+        std::uint32_t size = sizeof path;
+        ORVComClassIDFromProgID(PROG_ID, &classId);
+        const Result result =
+            ORVRegistryGetValue(ORV_HKEY_CLASSES_64, key.getData(), u"", nullptr, path, &size);
+        if (failed(result)) return state.SkipWithError("not registered");
+    }
+}
+
+void askSystem(benchmark::State& state)
+{
+    const String path(ORV_BENCH_COMPONENT);
+    const exec::SharedLibrary kept(path.getData());
+    for (auto _ : state) {
+        exec::SharedLibrary library(path.getData());
+        benchmark::DoNotOptimize(library.getSymbol(u"ORVGetClassObject"));
+    }
+}
+
+void askComponent(benchmark::State& state)
+{
+    const Registration registration;
+    GUID classId{};
+    ORVComClassIDFromProgID(PROG_ID, &classId);
+    exec::SharedLibrary library(String(ORV_BENCH_COMPONENT).getData());
+    const auto entry =
+        reinterpret_cast<decltype(&ORVGetClassObject)>(library.getSymbol(u"ORVGetClassObject"));
+    for (auto _ : state) {
+        void* factory = nullptr;
+        void* made = nullptr;
+        entry(classId, quark::IORVClassFactory::IID, &factory);
+        static_cast<quark::IORVClassFactory*>(factory)->CreateInstance(nullptr, IGreeter::IID,
+                                                                       &made);
+        release(made);
+        release(factory);
+    }
+}
+
+const bool registered = [] {
+    addCase("component_create/warm", LIBRARY, create);
+    addCase("component_create/warm", "ref_lookup", lookUp);
+    addCase("component_create/warm", "ref_component", askComponent);
+    addCase("component_create/warm", "ref_dlopen", askSystem);
+    return true;
+}();
+
+} // namespace
+} // namespace orv::bench
