@@ -47,20 +47,6 @@ ORVResult deliver(const StoredValue& value, const ValueOut& out) noexcept
     return S_OK;
 }
 
-ORVResult readValue(Store& store, const StoreValue& value, const ValueOut& out) noexcept
-{
-    const std::string_view key = value.key.text();
-    const std::string_view name = value.name.view();
-    StoredValue stored;
-    if (store.memory().find(key, name, &stored)) return deliver(stored, out);
-    StoreQuery query(store.statement(StoreSql::FindValue));
-    const ORVResult result = query.bind(key).bind(name).step();
-    if (result < 0) return result;
-    if (result > 0) stored = {true, query.number(0), query.bytes(1)};
-    store.memory().add(key, name, stored);
-    return deliver(stored, out);
-}
-
 bool isValueOf(std::uint32_t type, std::uint32_t size) noexcept
 {
     switch (type) {
@@ -248,7 +234,10 @@ ORVResult ORVRegistryGetValue(ENUM_ORV_HKEY root, const char16_t* path, const ch
     if (const ORVResult result = value.assign(root, path, name); result < 0) return result;
     StoreLease store(false);
     if (store.result() < 0) return store.result();
-    return store.end(readValue(*store, value, {type, data, size}));
+    return store.end(
+        store->read(value.key.text(), value.name.view(), [&](const StoredValue& stored) {
+            return deliver(stored, {type, data, size});
+        }));
 }
 
 ORVResult ORVRegistrySetValue(ENUM_ORV_HKEY root, const char16_t* path, const char16_t* name,

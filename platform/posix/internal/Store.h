@@ -78,6 +78,21 @@ public:
         return query.step();
     }
 
+    /// Reads a value, out of memory where it is known, and hands it to `deliver`, which may use it
+    /// until it returns. Gives the result of `deliver` or of the store.
+    template <class Deliver>
+    ORVResult read(std::string_view key, std::string_view name, Deliver deliver) noexcept
+    {
+        StoredValue stored;
+        if (m_memory.find(key, name, &stored)) return deliver(stored);
+        StoreQuery query(statement(StoreSql::FindValue));
+        const ORVResult result = query.bind(key).bind(name).step();
+        if (result < 0) return result;
+        if (result > 0) stored = {true, query.number(0), query.bytes(1)};
+        m_memory.add(key, name, stored);
+        return deliver(stored);
+    }
+
     sqlite3_stmt* statement(StoreSql sql) noexcept;
 
     /// What it has read since the store last changed.

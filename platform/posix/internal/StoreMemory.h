@@ -42,6 +42,9 @@ public:
     /// Keeps what was read after find() did not know it. Large values are not kept.
     void add(std::string_view key, std::string_view name, const StoredValue& value) noexcept;
 
+    /// Another number whenever what was known has been forgotten.
+    std::uint32_t age() const noexcept { return m_age; }
+
 private:
     struct Slot {
         std::uint32_t age = 0; ///< the age in which it was filled
