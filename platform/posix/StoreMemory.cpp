@@ -3,7 +3,6 @@
 #include "platform/posix/internal/Results.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cstring>
 #include <functional>
 #include <new>
@@ -49,8 +48,10 @@ bool StoreMemory::isUnchanged() noexcept
 {
     std::uint32_t first[headerWords];
     std::uint32_t second[headerWords];
-    std::copy_n(m_index, headerWords, first);
-    std::atomic_thread_fence(std::memory_order_acquire);
+    // The first copy is read as a whole before the second, which its writers fill first.
+    for (std::size_t i = 0; i < headerWords; ++i) {
+        first[i] = __atomic_load_n(m_index + i, __ATOMIC_ACQUIRE);
+    }
     std::copy_n(m_index + headerWords, headerWords, second);
     const bool isWhole =
         first[0] == indexVersion && std::equal(std::begin(first), std::end(first), second);
