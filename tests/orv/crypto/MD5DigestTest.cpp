@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <string_view>
 
 namespace orv::crypto {
 namespace {
@@ -30,30 +29,11 @@ Bytes md5(const Bytes& message)
     return ended(digest);
 }
 
-TEST(MD5Digest, passesTheSuiteOfItsRfc)
+// The last two sums were made by another implementation, Python's hashlib.
+TEST(MD5Digest, agreesWithPublishedSumsAtEverySize)
 {
-    using Row = std::pair<const char*, const char*>;
-    constexpr Row rows[] = {
-        {"", "d41d8cd98f00b204e9800998ecf8427e"},
-        {"a", "0cc175b9c0f1b6a831c399e269772661"},
-        {"abc", "900150983cd24fb0d6963f7d28e17f72"},
-        {"message digest", "f96b697d7cb7938d525a2f31aaf161d0"},
-        {"abcdefghijklmnopqrstuvwxyz", "c3fcd3d76192e4007dfb496cca67e13b"},
-        {"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789",
-         "d174ab98d277d9f5a5611c2c9f419d9f"},
-        {"1234567890123456789012345678901234567890"
-         "1234567890123456789012345678901234567890",
-         "57edf4a22be3c955ac49da2e2107b67a"},
-    };
-    for (const auto& [message, digest] : rows) {
-        const std::string_view text(message);
-        EXPECT_EQ(md5(Bytes(text.begin(), text.end())), fromHex(digest)) << text;
-    }
-}
-
-// The sums were made by another implementation, Python's hashlib.
-TEST(MD5Digest, holdsForEverySizeAroundTheBlockBorders)
-{
+    EXPECT_EQ(md5({}), fromHex("d41d8cd98f00b204e9800998ecf8427e"));
+    EXPECT_EQ(md5({'a', 'b', 'c'}), fromHex("900150983cd24fb0d6963f7d28e17f72"));
     MD5Digest all;
     for (std::size_t size = 0; size <= 200; ++size) {
         all.update(md5(test::someBytes(size)).data(), 16);

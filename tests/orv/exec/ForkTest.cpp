@@ -1,59 +1,44 @@
-#include "orv/exec/Process.h"
+#include "orv/io/FileOutputStream.h"
+#include "orv/io/OutputStreamWriter.h"
+#include "orv/log/BasicLogWriter.h"
+#include "orv/log/Logger.h"
 #include "orv/sync/Condition.h"
 #include "orv/sync/Lock.h"
 #include "orv/sync/Mutex.h"
 #include "orv/sync/ReaderWriterLock.h"
 #include "orv/sync/Semaphore.h"
 #include "tests/orv/exec/Jobs.h"
+#include "tests/support/Processes.h"
 #include "tests/support/Sanitizers.h"
-#include "tests/support/Text.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <vector>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 namespace orv::exec {
 namespace {
 
-// With a sanitizer at work a fork takes twenty times as long.
-constexpr int forks = 1000 / test::SLOWNESS;
-
-/// How a child of fork() ended that did what a child may do: exec, or _exit.
-int statusOfChild(bool executes)
-{
-    const pid_t child = ::fork();
-    if (child == 0) {
-        if (executes) ::execl("/bin/true", "true", nullptr);
-        ::_exit(executes ? 1 : 0);
-    }
-    int status = -1;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return status;
-}
-
+// A child does what a child may do: exec, or _exit.
 TEST(Fork, leavesTheThreadsOfTheParentAlone)
 {
+    const test::TemporaryFolder folder;
     sync::Mutex mutex;
     sync::ReaderWriterLock lock;
     sync::Condition condition;
     sync::Semaphore there(0);
     sync::Semaphore back(0);
     long guarded = 0;
-    std::atomic<long> counted{0};
+    std::atomic<long> counted{0}, logged{0};
     bool turn = false;
     const String shared(u"a text that many threads copy");
 
     std::vector<Reference<Thread>> threads;
     std::atomic<bool> stop{false};
-    std::atomic<long> turns{0};
     const auto add = [&](const std::function<void()>& work) {
-        threads.push_back(startThread([&, work] {
-            for (; !stop.load(std::memory_order_relaxed); ++turns) work();
+        threads.push_back(startThread([&stop, work] {
+            while (!stop.load(std::memory_order_relaxed)) work();
         }));
     };
     for (int i = 0; i < 2; ++i) {
@@ -77,6 +62,16 @@ TEST(Fork, leavesTheThreadsOfTheParentAlone)
             turn = !turn;
             condition.broadcast();
         });
+        // Both append to one file under its lock, which a child has, too, until it ends.
+        const auto file = makeReference<io::FileOutputStream>(folder.file(u"log.txt"),
+                                                              io::FileOutputStream::APPEND);
+        const auto text = makeReference<io::OutputStreamWriter>(file.get(), u"UTF-8", 4096);
+        const auto logger = log::Logger::create();
+        logger->addProcessor(log::BasicLogWriter::create(text.get()).get());
+        add([&logged, logger] {
+            logger->log(0, u"x");
+            ++logged;
+        });
     }
     add([&] {
         there.signal();
@@ -87,12 +82,20 @@ TEST(Fork, leavesTheThreadsOfTheParentAlone)
         startThread([] {})->join();
     });
 
-    for (int i = 0; i < forks; ++i) ASSERT_EQ(statusOfChild(i % 20 == 0), 0) << i;
+    // With a sanitizer at work a fork takes twenty times as long.
+    for (int i = 0; i < 1000 / test::SLOWNESS; ++i) {
+        test::ForkedChild child(
+            [i] { return i % 20 == 0 ? ::execl("/bin/true", "true", nullptr) : 0; });
+        ASSERT_EQ(child.exitCode(), 0) << i;
+    }
     stop = true;
     back.signal(); // for the thread that may wait for an answer
     for (const auto& thread : threads) thread->join();
-    EXPECT_GT(turns, 0);
     EXPECT_EQ(guarded, counted);
+    std::string entries;
+    while (logged-- > 0) entries += "level=0\ntext=x\n-------------------------\n";
+    EXPECT_FALSE(entries.empty());
+    EXPECT_TRUE(folder.read("log.txt") == entries);
 }
 
 } // namespace

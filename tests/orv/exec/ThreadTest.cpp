@@ -23,60 +23,42 @@ void expectRefusal(Call call, const char* words)
     EXPECT_EQ(test::refusalOf<IllegalStateException>(call).second, words);
 }
 
-TEST(Thread, runsItsJobElsewhereAndGivesTheResult)
+TEST(Thread, runsItsJobElsewhereAsOftenAsItIsStarted)
 {
+    sync::Gate gate;
     std::uint32_t inside = 0;
     const auto job = makeReference<Job>([&]() -> void* {
+        gate.wait();
         inside = Thread::getCurrentID();
         return &inside;
     });
     Thread thread(job.get(), u"worker");
-    thread.setStackSize(1);
-    thread.start();
-    const std::uint32_t id = thread.getID();
-    EXPECT_EQ(thread.join(), &inside);
-    EXPECT_EQ(id, inside);
-    EXPECT_NE(id, Thread::getCurrentID());
-    EXPECT_EQ(thread.getName(), u"worker");
-    EXPECT_EQ(job->GetRefCount(), 2u) << "the object's and the test's";
-}
-
-TEST(Thread, isStartedOrNot)
-{
-    sync::Gate gate;
-    int runs = 0;
-    Thread thread(jobOf([&] {
-                      gate.wait();
-                      ++runs;
-                  }).get());
-    for (int round = 1; round <= 3; ++round) {
+    for (const std::uint32_t stack : {1u, 0u}) {
         expectRefusal([&] { thread.join(); }, "thread not started");
         expectRefusal([&] { thread.getID(); }, "thread not started");
-        thread.setStackSize(0);
+        thread.setStackSize(stack);
         thread.start();
         expectRefusal([&] { thread.start(); }, "thread already started");
         expectRefusal([&] { thread.setStackSize(1 << 20); }, "thread already started");
-        EXPECT_NE(thread.getID(), 0u);
+        const std::uint32_t id = thread.getID();
+        inside = 0;
         gate.open();
-        thread.join();
-        EXPECT_EQ(runs, round);
+        EXPECT_EQ(thread.join(), &inside);
+        EXPECT_EQ(id, inside);
+        EXPECT_NE(id, Thread::getCurrentID());
     }
+    EXPECT_EQ(job->GetRefCount(), 2u) << "the object's and the test's";
 }
 
 TEST(Thread, survivesWhateverEndsItsJob)
 {
-    static int s_left;
-    for (const auto& work : {
-             std::function<void*()>([]() -> void* { throw std::runtime_error("lost"); }),
-             std::function<void*()>([]() -> void* { throw Exception(u"lost"); }),
-             std::function<void*()>([]() -> void* { throw 42; }),
-             std::function<void*()>([]() -> void* { ::pthread_exit(&s_left); }),
-         }) {
-        const auto job = makeReference<Job>(work);
+    for (void (*const end)() :
+         {+[] { throw std::runtime_error("lost"); }, +[] { throw Exception(u"lost"); },
+          +[] { throw 42; }, +[] { ::pthread_exit(nullptr); }}) {
+        const auto job = jobOf(end);
         Thread thread(job.get());
         thread.start();
-        void* const result = thread.join();
-        EXPECT_TRUE(result == nullptr || result == &s_left);
+        EXPECT_EQ(thread.join(), nullptr);
         EXPECT_EQ(job->GetRefCount(), 2u);
     }
     Thread without(nullptr);

@@ -19,23 +19,6 @@ namespace {
 
 using test::uniqueName;
 
-TEST(IpcSharedMemory, carriesBytesBetweenProcesses)
-{
-    const std::string name = uniqueName();
-    {
-        const SharedMemory memory(name.c_str(), 5'000, SharedMemory::CREATE, 0600);
-        test::ForkedChild child([&] {
-            const SharedMemory own(name.c_str(), 5'000, 0, 0);
-            std::strcpy(static_cast<char*>(own.get()) + 4'000, "hello");
-            return 0;
-        });
-        EXPECT_EQ(child.exitCode(), 0);
-        void* const base = memory;
-        EXPECT_STREQ(static_cast<char*>(base) + 4'000, "hello");
-    }
-    EXPECT_EQ(test::filesOf(name), 0);
-}
-
 /// What opening memory of that name is refused with.
 test::Refusal refusalOf(const std::string& name, std::uint32_t size, std::uint32_t flags)
 {
@@ -56,36 +39,26 @@ TEST(IpcSharedMemory, isRefusedWhereItIsAbsentOrTooSmall)
     EXPECT_EQ(refusalOf(name, 5, 0).first, S_OK);
 }
 
-TEST(IpcSharedMemory, ofAKilledProcessIsMadeAnew)
+TEST(IpcSharedMemory, carriesBytesBetweenProcessesAndIsMadeAnewAfterAKill)
 {
     const std::string name = uniqueName();
     {
         const test::SharedPage<std::atomic<int>> step;
         test::ForkedChild child([&] {
-            const SharedMemory own(name.c_str(), 100, SharedMemory::CREATE, 0600);
-            *static_cast<char*>(own.get()) = 'o';
+            const SharedMemory own(name.c_str(), 5'000, SharedMemory::CREATE, 0600);
+            std::strcpy(static_cast<char*>(own.get()) + 4'000, "hello");
             *step = 1;
             for (;;) ::pause();
             return 0;
         });
         EXPECT_TRUE(test::awaitTrue([&] { return *step == 1; }));
+        const SharedMemory memory(name.c_str(), 5'000, 0, 0);
+        void* const base = memory;
+        EXPECT_STREQ(static_cast<char*>(base) + 4'000, "hello");
     }
     EXPECT_EQ(refusalOf(name, 100, 0), notOpened(E_NOT_FOUND));
-    const SharedMemory memory(name.c_str(), 200, SharedMemory::CREATE, 0600);
-    EXPECT_EQ(*static_cast<char*>(memory.get()), 0);
-}
-
-/// Lets this process have so many bytes more than it has, and no more.
-void allowMore(rlim_t bytes)
-{
-    std::ifstream status("/proc/self/status");
-    std::string word;
-    rlim_t kibibytes = 0;
-    while (word != "VmData:" && status >> word) {
-    }
-    status >> kibibytes;
-    const rlimit limit{kibibytes * 1024 + bytes, RLIM_INFINITY};
-    ::setrlimit(RLIMIT_DATA, &limit);
+    const SharedMemory memory(name.c_str(), 6'000, SharedMemory::CREATE, 0600);
+    EXPECT_EQ(static_cast<char*>(memory.get())[4'000], 0);
 }
 
 TEST(IpcSharedMemory, leavesNothingWhenItCannotBeAttached)
@@ -94,7 +67,10 @@ TEST(IpcSharedMemory, leavesNothingWhenItCannotBeAttached)
     test::ForkedChild child([&] {
         if (refusalOf(name, 10, 0) != notOpened(E_NOT_FOUND)) return 1;
         const std::ptrdiff_t before = test::openDescriptors();
-        allowMore(8u << 20);
+        std::uint64_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        const rlimit limit{pages * 4096 + (8u << 20), RLIM_INFINITY};
+        ::setrlimit(RLIMIT_AS, &limit);
         const test::Refusal notAttached(E_OUTOFMEMORY, "Failed to attach shared memory");
         if (refusalOf(name, 32u << 20, SharedMemory::CREATE) != notAttached) return 2;
         return test::openDescriptors() == before ? 0 : 3;

@@ -28,37 +28,27 @@ Reference<Logger> loggerTo(const Reference<AsyncProcessor>& processor)
     return logger;
 }
 
-TEST(AsyncProcessor, withoutThreadsKeepsAllForTheStop)
+TEST(AsyncProcessor, keepsTheOrderAndWithoutThreadsAllForTheStop)
 {
-    const std::int32_t many = 1'000'000 / orv::test::SLOWNESS;
     const auto caller = std::this_thread::get_id();
-    std::int32_t next = 0;
-    const auto target = calling([&](const ILogEntry& entry) {
-        if (levelOf(entry) == next && std::this_thread::get_id() == caller) ++next;
-    });
-    Reference<AsyncProcessor> processor = AsyncProcessor::create(target.get(), 0);
-    Reference<Logger> logger = loggerTo(processor);
-    processor = nullptr;
-    logger->enableField(u"text", false);
-    for (std::int32_t i = 0; i < many; ++i) logger->log(i, u"");
-    EXPECT_EQ(next, 0);
-    logger = nullptr;
-    EXPECT_EQ(next, many);
-}
-
-TEST(AsyncProcessor, oneThreadKeepsTheOrderAndWakesFromItsSleep)
-{
-    std::atomic<std::int32_t> next{0};
-    const auto target = calling([&](const ILogEntry& entry) {
-        if (levelOf(entry) == next) ++next;
-    });
-    const auto logger = loggerTo(AsyncProcessor::create(target.get(), 1));
-    for (std::int32_t i = 0; i < 1000; ++i) {
-        logger->log(i, u"");
-        // Now and then long enough for the thread to sleep until it is woken.
-        if (i % 300 == 299) std::this_thread::sleep_for(std::chrono::milliseconds(40));
+    for (const std::int32_t threads : {0, 1}) {
+        std::atomic<std::int32_t> next{0};
+        const auto target = calling([&](const ILogEntry& entry) {
+            const bool byCaller = std::this_thread::get_id() == caller;
+            if (levelOf(entry) == next && byCaller == (threads == 0)) ++next;
+        });
+        Reference<Logger> logger = loggerTo(AsyncProcessor::create(target.get(), threads));
+        for (std::int32_t i = 0; i < 1000; ++i) {
+            logger->log(i, u"");
+            // Now and then long enough for the thread to sleep until it is woken.
+            if (i % 300 == 299) std::this_thread::sleep_for(std::chrono::milliseconds(40));
+        }
+        if (threads == 0) {
+            EXPECT_EQ(next, 0);
+            logger = nullptr;
+        }
+        EXPECT_TRUE(awaitTrue([&] { return next == 1000; })) << next;
     }
-    EXPECT_TRUE(awaitTrue([&] { return next == 1000; })) << next;
 }
 
 // The thread is within the first entry all through the stop.
@@ -147,7 +137,7 @@ TEST(AsyncProcessor, losesAndDoublesNothingInThousandsOfStops)
         runToTheStop(round % 4, 125, round % 8 >= 4);
         ASSERT_FALSE(HasFatalFailure());
     }
-    runToTheStop(2, 500'000 / orv::test::SLOWNESS, false);
+    for (const int threads : {0, 2}) runToTheStop(threads, 500'000 / orv::test::SLOWNESS, false);
 }
 
 /// A component's processor.

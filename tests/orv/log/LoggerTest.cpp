@@ -74,21 +74,6 @@ TEST(Logger, letsSubclassesAddFieldsAndHandOverEntries)
     EXPECT_EQ(kept.texts, LINE + u"sequence=1\nlevel=high\ntext=x\nuser id=\"7\"=ann\n" + LINE);
 }
 
-TEST(Logger, setProcessorLeavesOne)
-{
-    std::string calls;
-    const auto logger = Logger::create();
-    const auto counting = calling([&](const ILogEntry&) { calls += 'a'; });
-    logger->addProcessor(counting.get());
-    logger->addProcessor(counting.get());
-    logger->log(u"to both");
-    logger->setProcessor(calling([&](const ILogEntry&) { calls += 'b'; }).get());
-    logger->log(u"to one");
-    EXPECT_EQ(calls, "aab");
-    EXPECT_EQ(Logger::createProcessor(u"file"), nullptr);
-    EXPECT_THROW(logger->addProcessor(nullptr), ResultException);
-}
-
 template <class Body>
 void fromFourThreads(Body body)
 {
@@ -106,6 +91,8 @@ TEST(MultiProcessor, callsInOrderOneEntryAtATimeAndStopsAtAFailure)
     const auto logger = Logger::create();
     logger->addProcessor(multi.get());
     logger->log(u"dropped");
+    EXPECT_THROW(logger->addProcessor(nullptr), ResultException);
+    EXPECT_EQ(Logger::createProcessor(u"file"), nullptr);
 
     std::string calls;
     bool fails = false;
@@ -126,6 +113,13 @@ TEST(MultiProcessor, callsInOrderOneEntryAtATimeAndStopsAtAFailure)
     fails = false;
     fromFourThreads([&] { logger->log(u"from several threads"); });
     EXPECT_EQ(calls.size(), 5u + 3 * 4000);
+
+    logger->addProcessor(multi.get());
+    logger->log(u"twice");
+    EXPECT_TRUE(calls.ends_with("abcabc"));
+    logger->setProcessor(calling([&](const ILogEntry&) { calls += 'd'; }).get());
+    logger->log(u"to one alone");
+    EXPECT_TRUE(calls.ends_with("abcabcd"));
 }
 
 /// What loggers log to; fails where the level is negative.
