@@ -135,6 +135,20 @@ TEST(Socket, translatesOptions)
     EXPECT_EQ(setSocketOption(plain.get(), 0xFFFF, 0x7777, &value, 4), 10042u);
 }
 
+TEST(Socket, tellsATimeLimitFromASocketThatDoesNotWait)
+{
+    Connection connection;
+    const std::uint32_t limit = 20;
+    ASSERT_EQ(setSocketOption(connection.near.get(), 0xFFFF, 0x1006, &limit, 4), 0u);
+    char byte = 0;
+    std::int64_t done = 0;
+    EXPECT_EQ(receiveBytes(connection.near.get(), &byte, 1, 0, &done), 10060u);
+    EXPECT_EQ(done, -1);
+    EXPECT_EQ(receiveBytes(connection.near.get(), &byte, 1, MSG_DONTWAIT, &done), 10035u);
+    EXPECT_EQ(receiveBytes(connection.near.get(), &byte, 0, MSG_DONTWAIT, &done), 0u);
+    EXPECT_EQ(done, 0);
+}
+
 TEST(Socket, resumesWhatSignalsInterrupt)
 {
     Connection connection;
@@ -205,12 +219,7 @@ TEST(SocketWait, tellsReadinessByKind)
     constexpr int all = READY_TO_READ | READY_TO_WRITE | READY_EXCEPT;
     const NativeSocket socket = connection.near.get();
     EXPECT_EQ(readiness(socket, all), READY_TO_WRITE);
-    char byte = 0;
     std::int64_t done = 0;
-    EXPECT_EQ(receiveBytes(socket, &byte, 1, MSG_DONTWAIT, &done), 10035u);
-    EXPECT_EQ(done, -1);
-    EXPECT_EQ(receiveBytes(socket, &byte, 0, MSG_DONTWAIT, &done), 0u);
-    EXPECT_EQ(done, 0);
     ASSERT_EQ(sendBytes(connection.far, "!", 1, MSG_OOB, &done), 0u);
     EXPECT_EQ(readiness(socket, READY_EXCEPT), READY_EXCEPT);
 
