@@ -1,7 +1,4 @@
-#include "tests/orv/quark/FaultyComponent.h"
-
 #include "orv/Exceptions.h"
-#include "orv/Object.h"
 #include "orv/String.h"
 #include "orv/quark/ClassRow.h"
 #include "orv/quark/Component.h"
@@ -13,31 +10,24 @@
 
 #include <pthread.h>
 
+// The first number of a class identifier says what goes wrong with the class; the rest is zero.
+
 namespace {
 
 using namespace orv;
-using namespace orv::test;
 
-std::atomic<std::int32_t> loads{0};
-std::atomic<std::int32_t> factories{0};
-const std::int32_t thisLoad = ++loads;
+std::atomic<std::uint32_t> factories{0};
 
 class OwnException : public ResultException {
 public:
     OwnException() : ResultException(makeResult(0x80070043u)) {}
 };
 
-class Teller : public quark::Implements<Object, ITeller> {
+/// Tells how many class factories were made for it, and throws the component's own exception.
+class Teller : public Object {
 public:
-    Result QueryInterface(const GUID& iid, void** out) override
-    {
-        static const quark::InterfaceData map[] = {quark::interfaceRow<ITeller, Teller>(),
-                                                   quark::baseRow<Object>(), quark::endRow};
-        return quark::QueryInterfaceMap(map, this, iid, out);
-    }
-    std::int32_t timesLoaded() const override { return thisLoad; }
-    std::int32_t factoriesMade() const override { return factories; }
-    void throwOwn() const override { throw OwnException(); }
+    std::uint32_t hashCode() const override { return factories; }
+    std::int32_t compareTo(const Object&) const override { throw OwnException(); }
 };
 
 Result countedFactory(quark::Module* module, quark::CreateInstanceQI create, const GUID& iid,
@@ -53,13 +43,12 @@ public:
 
     Result CreateInstance(IORVUnknown*, const GUID&, void** out) const override
     {
-        static int rest;
         switch (m_fault) {
-        case THROWS: throw std::runtime_error("a component that does not keep its word");
-        case THROWS_BAD_ALLOC: throw std::bad_alloc();
-        case ENDS_THREAD: pthread_exit(nullptr);
-        case LEAVES_REST: *out = &rest; return makeResult(0x80070043u);
-        default: *out = nullptr; return S_OK;
+        case 5: throw std::runtime_error("a component that does not keep its word");
+        case 6: throw std::bad_alloc();
+        case 7: pthread_exit(nullptr);
+        case 8: *out = out; return makeResult(0x80070043u);
+        default: return S_OK;
         }
     }
 
@@ -67,15 +56,14 @@ private:
     std::uint32_t m_fault;
 };
 
-constexpr GUID tellerId = faultId(NONE);
-constexpr GUID textId = faultId(TEXT);
-
 quark::DllModule& module()
 {
+    static constexpr GUID teller{0, 0, 0, {}};
+    static constexpr GUID text{1, 0, 0, {}};
     constexpr auto none = &ComObject::GetComProgID;
     static quark::ClassData classes[] = {
-        {&tellerId, &quark::createInstance<Teller>, &countedFactory, none, none, none, none},
-        quark::classRow<String>(textId),
+        {&teller, &quark::createInstance<Teller>, &countedFactory, none, none, none, none},
+        quark::classRow<String>(text),
         quark::endOfClasses()};
     static quark::DllModule instance(classes);
     return instance;
@@ -85,8 +73,8 @@ quark::DllModule& module()
 
 Result ORVGetClassObject(const GUID& clsid, const GUID& iid, void** out)
 {
-    if (clsid.Data1 == THROWS_EARLY) throw 42;
-    if (clsid.Data1 == NO_FACTORY) return S_OK;
-    if (clsid.Data1 <= UNKNOWN_CLASS) return module().GetClassObject(clsid, iid, out);
+    if (clsid.Data1 == 3) throw 42;
+    if (clsid.Data1 == 4) return S_OK;
+    if (clsid.Data1 < 3) return module().GetClassObject(clsid, iid, out);
     return makeReference<FaultyFactory>(clsid.Data1)->QueryInterface(iid, out);
 }
