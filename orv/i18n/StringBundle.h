@@ -29,7 +29,8 @@ public:
     ///
     /// Tried are the text of `locale`, which may be null, that of Locale::getDefault(), and
     /// "en_US": each whole, then without "@" and what follows, then without "_" and what follows.
-    /// Throws Exception "Resource not found" where there is none.
+    /// docs/message-catalogues.md tells how files of texts become such components. Throws Exception
+    /// "Resource not found" where there is none.
     static Reference<StringBundle> getBundle(const String& name, Locale* locale);
 
     /// The text of `key`, here or in the parent. Throws Exception "Resource not found".
