@@ -144,7 +144,7 @@ TEST_F(TextBundle, readsEachLineByItself)
 
 TEST_F(TextBundle, standsRubbishAndLongLines)
 {
-    std::string rubbish(1 << 20, '\0');
+    std::string rubbish(1 << 18, '\0');
     std::minstd_rand random(7);
     for (char& byte : rubbish) byte = static_cast<char>(random() >> 8);
     EXPECT_EQ(add("Msg.de.messages", "no catalogue\n"), makeResult(0x8007000Du));
