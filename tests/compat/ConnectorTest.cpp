@@ -78,10 +78,6 @@ TEST(CORVObjectMap, findsByValueAndGivesWhatIsOfItsClass)
     EXPECT_THROW(map.get(key(u"text").get()), CastFailedException);
     EXPECT_EQ(map.remove(key(u"a").get()), two);
     EXPECT_FALSE(map.containsKey(key(u"a").get()));
-}
-
-TEST(CORVCollections, sharesTheDefaultComparator)
-{
     EXPECT_EQ(CORVCollections::getDefaultComparator(), collections::GetDefaultComparator().get());
 }
 

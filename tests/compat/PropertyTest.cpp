@@ -34,8 +34,6 @@ public:
         const auto place = m_all.find(name.getData());
         return place == m_all.end() ? nullptr : place->second;
     }
-
-protected:
     CORVSmartPtr<CORVProperty> makeProperty(const String& name) override
     {
         auto& property = m_all[name.getData()];
@@ -77,89 +75,73 @@ TEST(CORVProperty, keepsNumbersAsTheirText)
     EXPECT_EQ(rows[0].property->getValueString(), u"old");
 }
 
-TEST(CORVProperty, servesComponentsByResults)
-{
-    const auto property = makeReference<CORVProperty>(u"key", 5);
-    const auto face = faceOf<IORVProperty2>(property->GetUnknown());
-    EXPECT_EQ(faceOf<IORVProperty>(face.get()), face.get());
-    ForeignCharBuffer text(u"longer than the key"sv);
-    std::int32_t number = -1;
-    double fraction = -1;
-    void* found = nullptr;
-    EXPECT_EQ(face->GetKey(&text), S_OK);
-    EXPECT_EQ(text.text(), u"key");
-    EXPECT_EQ(face->SetValueDouble(0.5), S_OK);
-    EXPECT_EQ(face->GetValueDouble(&fraction), S_OK);
-    EXPECT_EQ(fraction, 0.5);
-    EXPECT_EQ(face->SetValueLong(-3), S_OK);
-    EXPECT_EQ(face->GetValueLong(&number), S_OK);
-    EXPECT_EQ(number, -3);
-    EXPECT_EQ(face->SetValueString(u"17 and more"), S_OK);
-    EXPECT_EQ(face->GetValueString(&text), S_OK);
-    EXPECT_EQ(text.text(), u"17 and more");
-    EXPECT_EQ(text.openLocks(), 0);
-
-    const auto boxed = makeReference<Integer32>(9);
-    EXPECT_EQ(face->SetValue(boxed->GetUnknown()), S_OK);
-    EXPECT_EQ(face->GetValue(IORVComparable::IID, &found), S_OK);
-    EXPECT_EQ(faceOf<IORVUnknown>(static_cast<IORVComparable*>(found)), boxed->GetUnknown());
-    EXPECT_EQ(static_cast<IORVComparable*>(found)->Release(), 2u) << "the property's and ours";
-    EXPECT_EQ(face->GetValue(util::IORVCharBuffer::IID, &found), E_NOINTERFACE);
-    EXPECT_EQ(found, nullptr);
-
-    for (IORVUnknown* const none : {static_cast<IORVUnknown*>(&text), {}}) {
-        EXPECT_EQ(face->SetValue(none), E_NOINTERFACE);
-    }
-    text.failWith = E_NOT_FOUND;
-    EXPECT_EQ(face->GetKey(&text), E_NOT_FOUND);
-    for (const Result result :
-         {face->GetKey(nullptr), face->GetValueLong(nullptr), face->SetValueString(nullptr),
-          face->GetValue(IORVComparable::IID, nullptr)}) {
-        EXPECT_EQ(result, E_POINTER);
-    }
-    EXPECT_EQ(property->getValueLong(), 9) << "what was refused changed nothing";
-    property->set(static_cast<Object*>(nullptr));
-    EXPECT_EQ(face->GetValueLong(&number), E_POINTER);
-    EXPECT_EQ(number, 0);
-    EXPECT_EQ(face->GetValue(IORVComparable::IID, &found), E_FAIL);
-}
-
-TEST(CORVPropertySet, writesAndReadsThePropertiesOfTheHost)
+// What is written to one is read from the other.
+TEST(CORVPropertySet, andItsPropertiesServeComponentsByResults)
 {
     const auto set = makeReference<Settings>();
     const auto face = faceOf<IORVPropertySet2>(set->GetUnknown());
     EXPECT_EQ(faceOf<IORVPropertySet>(face.get()), face.get());
-    ForeignCharBuffer text(u""sv);
+    EXPECT_EQ(face->SetString(u"key", u"17 and more"), S_OK);
+    const auto property = set->makeProperty(u"key");
+    const auto one = faceOf<IORVProperty2>(property->GetUnknown());
+    EXPECT_EQ(faceOf<IORVProperty>(one.get()), one.get());
+
+    ForeignCharBuffer text(u"longer than the key"sv);
     std::int32_t number = -1;
     double fraction = -1;
     void* found = nullptr;
-    EXPECT_EQ(face->SetString(u"text", u"abc"), S_OK);
-    EXPECT_EQ(face->SetLong(u"long", 1), S_OK);
-    const auto first = set->getProperty(u"long");
-    EXPECT_EQ(face->SetLong(u"long", -70000), S_OK);
-    EXPECT_EQ(first->getValueLong(), -70000) << "written to the property that is there";
-    EXPECT_EQ(face->SetDouble(u"double", -0.25), S_OK);
-    EXPECT_EQ(face->Set(u"object", makeReference<Integer32>(4)->GetUnknown()), S_OK);
-    EXPECT_EQ(set->getValueString(u"text"), u"abc");
-    EXPECT_EQ(face->GetLong(u"long", &number), S_OK);
+    EXPECT_EQ(one->GetKey(&text), S_OK);
+    EXPECT_EQ(text.text(), u"key");
+    EXPECT_EQ(one->GetValueString(&text), S_OK);
+    EXPECT_EQ(text.text(), u"17 and more");
+    EXPECT_EQ(one->SetValueString(u"abc"), S_OK);
+    EXPECT_EQ(face->GetString(u"key", &text), S_OK);
+    EXPECT_EQ(text.text(), u"abc");
+    EXPECT_EQ(text.openLocks(), 0);
+    EXPECT_EQ(face->SetLong(u"key", -70000), S_OK);
+    EXPECT_EQ(one->GetValueLong(&number), S_OK);
     EXPECT_EQ(number, -70000);
-    EXPECT_EQ(face->GetDouble(u"double", &fraction), S_OK);
+    EXPECT_EQ(one->SetValueLong(-3), S_OK);
+    EXPECT_EQ(face->GetLong(u"key", &number), S_OK);
+    EXPECT_EQ(number, -3);
+    EXPECT_EQ(face->SetDouble(u"key", -0.25), S_OK);
+    EXPECT_EQ(one->GetValueDouble(&fraction), S_OK);
     EXPECT_EQ(fraction, -0.25);
-    EXPECT_EQ(face->GetString(u"object", &text), S_OK);
-    EXPECT_EQ(text.text(), u"4");
-    EXPECT_EQ(face->Get(u"text", util::IORVCharBuffer::IID, &found), S_OK);
-    const auto value =
-        Reference<util::IORVCharBuffer>::adopt(static_cast<util::IORVCharBuffer*>(found));
-    EXPECT_EQ(String(value.get()), u"abc");
+    EXPECT_EQ(one->SetValueDouble(0.5), S_OK);
+    EXPECT_EQ(face->GetDouble(u"key", &fraction), S_OK);
+    EXPECT_EQ(fraction, 0.5);
+    const auto boxed = makeReference<Integer32>(9);
+    EXPECT_EQ(face->Set(u"key", boxed->GetUnknown()), S_OK);
+    EXPECT_EQ(one->GetValue(IORVComparable::IID, &found), S_OK);
+    EXPECT_EQ(static_cast<IORVComparable*>(found)->Release(), 2u) << "the property's and ours";
+    EXPECT_EQ(one->SetValue(boxed->GetUnknown()), S_OK);
+    EXPECT_EQ(face->Get(u"key", IORVComparable::IID, &found), S_OK);
+    EXPECT_EQ(faceOf<IORVUnknown>(static_cast<IORVComparable*>(found)), boxed->GetUnknown());
+    EXPECT_EQ(static_cast<IORVComparable*>(found)->Release(), 2u);
 
-    EXPECT_EQ(face->GetLong(u"absent", &number), E_NOT_FOUND);
+    EXPECT_EQ(one->GetValue(util::IORVCharBuffer::IID, &found), E_NOINTERFACE);
+    EXPECT_EQ(found, nullptr);
+    for (IORVUnknown* const none : {static_cast<IORVUnknown*>(&text), {}}) {
+        EXPECT_EQ(one->SetValue(none), E_NOINTERFACE);
+        EXPECT_EQ(face->Set(u"key", none), E_NOINTERFACE);
+    }
+    text.failWith = E_NOT_FOUND;
+    EXPECT_EQ(one->GetKey(&text), E_NOT_FOUND);
+    for (const Result result :
+         {one->GetKey(nullptr), one->GetValueLong(nullptr), one->SetValueString(nullptr),
+          one->GetValue(IORVComparable::IID, nullptr), face->SetLong(nullptr, 1)}) {
+        EXPECT_EQ(result, E_POINTER);
+    }
+    EXPECT_EQ(property->getValueLong(), 9) << "what was refused changed nothing";
+    property->set(static_cast<Object*>(nullptr));
+    EXPECT_EQ(one->GetValueLong(&number), E_POINTER);
     EXPECT_EQ(number, 0);
-    EXPECT_EQ(face->SetLong(nullptr, 1), E_POINTER);
-    EXPECT_EQ(face->Set(u"text", &text), E_NOINTERFACE);
-    IORVProperty2* property = nullptr;
+    EXPECT_EQ(one->GetValue(IORVComparable::IID, &found), E_FAIL);
+    EXPECT_EQ(face->GetLong(u"absent", &number), E_NOT_FOUND);
+    IORVProperty2* inner = nullptr;
     IORVPropertySet* parent = set.get();
     EXPECT_EQ(face->GetCount(&number), E_NOTIMPL);
-    EXPECT_EQ(face->GetProperty2(u"text", &property), E_NOTIMPL);
+    EXPECT_EQ(face->GetProperty2(u"text", &inner), E_NOTIMPL);
     EXPECT_EQ(face->GetParent(&parent), E_NOTIMPL);
     EXPECT_EQ(parent, nullptr);
 }

@@ -73,15 +73,17 @@ protected:
     }
 
     test::ScratchRegistry m_registry;
-    test::ScopedVariable m_locale{"LC_ALL", "fr_FR.UTF-8"};
+    test::ScopedVariable m_locale{"LC_ALL", "fr_FR.UTF-8@x"};
 };
 
 TEST_F(TextBundle, isFoundFromTheWholeLocaleToEnglish)
 {
-    const char* const locales[] = {"de_AT@euro", "de_AT", "de", "fr_FR", "fr", "en_US", "en"};
+    const char* const locales[] = {"de_AT@euro", "de_AT", "de",    "fr_FR@x",
+                                   "fr_FR",      "fr",    "en_US", "en"};
     for (const std::string locale : locales) {
         ASSERT_EQ(add("Msg." + locale + ".messages", "who = " + locale), S_OK);
     }
+    EXPECT_EQ(StringBundle::getBundle(u"Msg", nullptr)->getLocale()->toString(), u"fr_FR@x");
     for (const std::string locale : locales) {
         EXPECT_EQ(textOf(u"who", u"de_AT@euro"), locale.c_str());
         EXPECT_EQ(remove("Msg." + locale + ".messages"), S_OK);
