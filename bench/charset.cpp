@@ -8,6 +8,7 @@
 #include "bench/charset/Peers.h"
 #include "bench/common/Case.h"
 #include "bench/common/Corpus.h"
+#include "bench/common/Registration.h"
 
 #if __has_include(<QString>)
 #include <QString>
@@ -243,6 +244,55 @@ void addCodePages()
 #endif
 }
 
+#if __has_include(<iconv.h>)
+/// A mebibyte of the characters of a text that an encoding can carry.
+std::string carried(const char16_t* encoding, const std::string& corpus)
+{
+    const auto text = std::find_if(corpora().begin(), corpora().end(),
+                                   [&](const Corpus& other) { return other.name == corpus; });
+    const Units units = text->utf16;
+    const Reference encoder(CharToByteConverter::getConverter(encoding));
+    encoder->setSubstitutionBytes(nullptr, 0);
+    std::string part(3 * units.size(), '\0');
+    std::int32_t from = 0;
+    std::int32_t to = 0;
+    encoder->convert(units.data(), &from, static_cast<std::int32_t>(units.size()),
+                     reinterpret_cast<signed char*>(part.data()), &to,
+                     static_cast<std::int32_t>(part.size()));
+    part.resize(static_cast<std::size_t>(to));
+    std::string bytes;
+    while (bytes.size() < MIB) bytes += part;
+    return bytes;
+}
+
+/// The component over iconv beside iconv itself.
+void addExternal()
+{
+    struct Encoding {
+        const char16_t* orvName;
+        const char* name;
+        const char* corpus;
+        std::string bytes;
+        std::u16string units;
+    };
+    static const Registration registration(ORV_ICODEC);
+    static Encoding rows[] = {{u"CP1250", "CP1250", "latin1", {}, {}},
+                              {u"CP932", "CP932", "cjk", {}, {}},
+                              {u"CP936", "CP936", "cjk", {}, {}},
+                              {u"EUCJP", "EUC-JP", "cjk", {}, {}}};
+    for (Encoding& row : rows) {
+        row.bytes = carried(row.orvName, row.corpus);
+        row.units = decoded(row.orvName, row.bytes);
+        const std::string in = std::string("from_") + row.name + "/" + row.corpus;
+        const std::string out = std::string("to_") + row.name + "/" + row.corpus;
+        addDecoder<OrvDecoder>(in, row.bytes, row.units, row.orvName);
+        addDecoder<IconvDecoder>(in, row.bytes, row.units, row.name);
+        addEncoder<OrvEncoder>(out, row.units, row.bytes, row.orvName);
+        addEncoder<IconvEncoder>(out, row.units, row.bytes, row.name);
+    }
+}
+#endif
+
 /// UTF-16 and UTF-32 of mixed and of simple text.
 void addWide()
 {
@@ -364,6 +414,9 @@ const bool registered = [] {
     addCodePages();
     addWide();
     addAmp7();
+#if __has_include(<iconv.h>)
+    addExternal();
+#endif
     addStrings();
     return true;
 }();

@@ -1,4 +1,5 @@
 #include "bench/common/Case.h"
+#include "bench/common/Registration.h"
 #include "examples/component/IGreeter.h"
 #include "orv/Reference.h"
 #include "orv/exec/SharedLibrary.h"
@@ -6,11 +7,6 @@
 #include "orv/quark/IORVClassFactory.h"
 #include "orv/util/Guid.h"
 #include "orv/util/RegistryKey.h"
-
-#include <cstdlib>
-#include <string>
-
-#include <unistd.h>
 
 // An object of a registered component, made and released, when its library is loaded already. For
 // comparison: the component's own share, the rest being the look-up; reading ProgID and path from
@@ -21,31 +17,6 @@ namespace {
 
 constexpr const char16_t* PROG_ID = u"Example.Greeter";
 
-/// The component of the examples in a store of its own.
-class Registration {
-public:
-    Registration() : m_file(dataFolder() + "/orv_bench_components.db")
-    {
-        removeStore();
-        ::setenv("ORV_REGISTRY", m_file.c_str(), 1);
-        const String path(ORV_BENCH_COMPONENT);
-        exec::SharedLibrary library(path.getData());
-        void* const entry = library.getSymbol(u"ORVRegisterServer");
-        reinterpret_cast<decltype(&ORVRegisterServer)>(entry)(path.getData());
-    }
-    Registration(const Registration&) = delete;
-    Registration& operator=(const Registration&) = delete;
-    ~Registration() { removeStore(); }
-
-private:
-    void removeStore() const
-    {
-        for (const char* tail : {"", "-wal", "-shm"}) ::unlink((m_file + tail).c_str());
-    }
-
-    std::string m_file;
-};
-
 void release(void* object)
 {
     static_cast<IORVUnknown*>(object)->Release();
@@ -53,7 +24,7 @@ void release(void* object)
 
 void create(benchmark::State& state)
 {
-    const Registration registration;
+    const Registration registration(ORV_BENCH_COMPONENT);
     for (auto _ : state) {
         void* made = nullptr;
         ORVComCreateObjectByProgID(PROG_ID, nullptr, IGreeter::IID, &made);
@@ -64,7 +35,7 @@ void create(benchmark::State& state)
 
 void readValues(benchmark::State& state)
 {
-    const Registration registration;
+    const Registration registration(ORV_BENCH_COMPONENT);
     GUID classId{};
     ORVComClassIDFromProgID(PROG_ID, &classId);
     const String key = u"CLSID\\" + util::Guid(classId).toString() + u"\\InprocServer32";
@@ -90,7 +61,7 @@ void askSystem(benchmark::State& state)
 
 void askComponent(benchmark::State& state)
 {
-    const Registration registration;
+    const Registration registration(ORV_BENCH_COMPONENT);
     GUID classId{};
     ORVComClassIDFromProgID(PROG_ID, &classId);
     exec::SharedLibrary library(String(ORV_BENCH_COMPONENT).getData());

@@ -35,7 +35,7 @@ const char16_t* stateOf(const EncodingInfo& info)
     const orv::Result result = ORVComClassIDFromProgID(progId.getData(), &classId);
     if (result == NOT_REGISTERED) return u"missing";
     try {
-        orv::Reference(orv::text::charset::ByteToCharConverter::getConverter(info.name));
+        const orv::Reference made(orv::text::charset::ByteToCharConverter::getConverter(info.name));
         return u"external";
     } catch (const orv::Exception&) {
         return u"broken";
