@@ -52,7 +52,7 @@ Bytes seal(const BlowFish& cipher, const char* text)
 void open(const BlowFish& cipher, Bytes sealed)
 {
     cipher.decrypt(sealed.data(), sealed.data(), static_cast<std::int32_t>(sealed.size()));
-    const auto padding = static_cast<std::size_t>(sealed.back());
+    const auto padding = std::size_t{static_cast<unsigned char>(sealed.back())};
     const std::size_t length = padding <= BLOCK ? sealed.size() - padding : sealed.size();
     const signed char* const text = sealed.data() + DIGEST;
     const Bytes digest = digestOf(text, length - DIGEST);

@@ -38,7 +38,7 @@ protected:
 
     static Reference<PropertySet> properties(const Settings& settings)
     {
-        const auto set = makeReference<PropertySet>();
+        auto set = makeReference<PropertySet>();
         for (const auto& [name, value] : settings) set->set(name.c_str(), value.c_str());
         return set;
     }
@@ -51,7 +51,7 @@ protected:
     {
         settings.insert({{u"host", u"127.0.0.1"}, {u"port", u"0"}});
         const auto set = properties(settings);
-        const auto made = m_transport->createAcceptor(*set);
+        auto made = m_transport->createAcceptor(*set);
         m_port = test::units(set->get(u"localPort"));
         return made;
     }
@@ -126,16 +126,14 @@ TEST_F(TcpTransport, tellsAPeerThatEndsFromOneThatGoes)
     EXPECT_EQ(orvcore::receiveBytes(peer, bytes, sizeof bytes, 0, &count), 0u);
     EXPECT_EQ(std::string(bytes, static_cast<std::size_t>(count)), "still heard");
 
+    orvcore::closeSocket(peer);
+    channel = connect();
+    peer = acceptFrom(listener);
     const std::uint16_t linger[] = {1, 0};
     orvcore::setSocketOption(peer, 0xFFFF, 0x80, linger, sizeof linger);
     orvcore::closeSocket(peer);
-    EXPECT_EQ(codeOf([&] { write(*channel, std::string(1 << 20, 'x')); }), ORV_E_SOCKET_ECONNRESET);
-
-    channel = connect();
-    peer = acceptFrom(listener);
-    orvcore::setSocketOption(peer, 0xFFFF, 0x80, linger, sizeof linger);
-    orvcore::closeSocket(peer);
     EXPECT_EQ(codeOf([&] { read(*channel); }), ORV_E_SOCKET_ECONNRESET);
+    EXPECT_EQ(codeOf([&] { write(*channel, "anybody there?"); }), ORV_E_SOCKET_ECONNRESET);
 }
 
 TEST_F(TcpTransport, endsEveryWaitAtItsLimit)
@@ -169,13 +167,10 @@ TEST_F(TcpTransport, refusesWhatCannotBeAndLeavesNothingOpen)
         Result ofConnector, ofAcceptor;
     } rows[] = {
         {{{u"host", u"127.0.0.1"}}, E_NOT_FOUND, E_NOT_FOUND},
-        {{{u"port", u""}}, E_INVALIDARG, E_INVALIDARG},
-        {{{u"port", u"-1"}}, E_INVALIDARG, E_INVALIDARG},
         {{{u"port", u"65536"}}, E_INVALIDARG, E_INVALIDARG},
         {{{u"port", u"80 "}}, E_INVALIDARG, E_INVALIDARG},
         {{{u"port", u"99999999999999999999"}}, E_INVALIDARG, E_INVALIDARG},
         {{{u"port", u"7"}, {u"timeout", u"2147483648"}}, E_INVALIDARG, E_INVALIDARG},
-        {{{u"port", u"7"}, {u"backlog", u"many"}}, E_INVALIDARG, E_INVALIDARG},
         {{{u"host", u"a.invalid"}, {u"port", closed}},
          ORV_E_SOCKET_EAI_NONAME,
          ORV_E_SOCKET_EAI_NONAME},
@@ -188,12 +183,8 @@ TEST_F(TcpTransport, refusesWhatCannotBeAndLeavesNothingOpen)
     const auto before = openDescriptors();
     for (const auto& row : rows) {
         SCOPED_TRACE(&row - rows);
-        const auto resultOf = [](const std::function<void()>& call) {
-            const Refusal refusal = refusalOf<ResultException>(call);
-            return refusal.second == "not refused" ? S_OK : refusal.first;
-        };
-        EXPECT_EQ(resultOf([&] { connector(row.settings)->connect(); }), row.ofConnector);
-        EXPECT_EQ(resultOf([&] { m_transport->createAcceptor(*properties(row.settings)); }),
+        EXPECT_EQ(codeOf([&] { connector(row.settings)->connect(); }), row.ofConnector);
+        EXPECT_EQ(codeOf([&] { m_transport->createAcceptor(*properties(row.settings)); }),
                   row.ofAcceptor);
     }
     EXPECT_EQ(openDescriptors(), before);
@@ -203,19 +194,17 @@ TEST_F(TcpTransport, refusesWhatCannotBeAndLeavesNothingOpen)
 TEST_F(TcpTransport, givesEachConnectionToOneOfTheThreadsThatAccept)
 {
     constexpr int EACH = 50;
-    for (const char16_t* host : {u"", u"127.0.0.1"}) {
-        const auto listening = acceptor({{u"host", host}});
-        std::atomic<int> sum{0};
-        const auto serve = [&] {
-            for (int i = 0; i < EACH; ++i) sum += std::stoi(read(*listening->accept()));
-        };
-        std::thread one(serve);
-        std::thread two(serve);
-        for (int i = 1; i <= 2 * EACH; ++i) write(*connect(), std::to_string(i));
-        one.join();
-        two.join();
-        EXPECT_EQ(sum, EACH * (2 * EACH + 1));
-    }
+    const auto listening = acceptor({{u"host", u""}}); // on all addresses
+    std::atomic<int> sum{0};
+    const auto serve = [&] {
+        for (int i = 0; i < EACH; ++i) sum += std::stoi(read(*listening->accept()));
+    };
+    std::thread one(serve);
+    std::thread two(serve);
+    for (int i = 1; i <= 2 * EACH; ++i) write(*connect(), std::to_string(i));
+    one.join();
+    two.join();
+    EXPECT_EQ(sum, EACH * (2 * EACH + 1));
 }
 
 } // namespace
