@@ -146,7 +146,8 @@ bool printsWhole(const Components& parts)
     return true;
 }
 
-/// A lone surrogate has no bytes that would lead back to it.
+/// A lone surrogate has no bytes that would lead back to it, and a character of four bytes only
+/// where BTCUTF8 takes the second of them, up to 0xAF.
 bool isWellFormed(const Text& text)
 {
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -154,6 +155,8 @@ bool isWellFormed(const Text& text)
         if (text[i] >= 0xDC00 || i + 1 == text.size() || (text[i + 1] & 0xFC00) != 0xDC00) {
             return false;
         }
+        const unsigned character = ((text[i] & 0x3FFu) << 10 | (text[i + 1] & 0x3FFu)) + 0x10000;
+        if ((character >> 12 & 0x3F) > 0x2F) return false;
         ++i;
     }
     return true;

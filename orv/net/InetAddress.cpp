@@ -43,10 +43,9 @@ bool isAllOf(const std::uint8_t (&bytes)[size], std::uint8_t value) noexcept
     return std::all_of(bytes, bytes + size, [value](std::uint8_t byte) { return byte == value; });
 }
 
-ENUM_ORV_E_SOCKET appendNativeError(String& text, std::uint32_t error)
+void appendNativeError(String& text, std::uint32_t error)
 {
     text.append(u"native error ").append(String::valueOf(error));
-    return ORV_E_SOCKETFromNativeEaiSocketError(error);
 }
 
 /// Makes the address of `family` from the arguments behind it.
@@ -100,13 +99,17 @@ ENUM_ORV_E_SOCKET InetAddress::getAddressStr(String& text) const
         std::uint64_t length = 0;
         const ENUM_ORV_E_SOCKET measured = getStorageBinaryLength(&length);
         if (measured != ORV_E_SOCKET_OK) {
-            return appendNativeError(text, static_cast<std::uint32_t>(measured));
+            appendNativeError(text, static_cast<std::uint32_t>(measured));
+            return measured;
         }
         char host[TEXT_ROOM];
         const std::uint32_t error = orvcore::numericAddress(m_address, host, sizeof host);
-        if (error != 0) return appendNativeError(text, error);
-        text.append(String(host));
-        return ORV_E_SOCKET_OK;
+        if (error != 0) {
+            appendNativeError(text, error);
+        } else {
+            text.append(String(host));
+        }
+        return ORV_E_SOCKETFromNativeEaiSocketError(error);
     });
 }
 

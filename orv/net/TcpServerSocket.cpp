@@ -69,7 +69,9 @@ Reference<TcpSocket> TcpServerSocket::accept()
         if (error == 0) error = orvcore::acceptSocket(m_socket, &accepted, nullptr);
     }
     if (error != 0) throwAcceptFailure(error);
-    return new TcpSocket(accepted);
+    // The handle comes first: from there on the connection closes also where memory runs out.
+    const Reference<TcpSocketHandle> handle = TcpSocket::makeHandle(accepted);
+    return new TcpSocket(handle);
 }
 
 std::uint16_t TcpServerSocket::getLocalPort() const

@@ -52,8 +52,9 @@ public:
     ///
     /// Blanks behind a comma are skipped. With a `port` of 0 the port is that of `service`, which
     /// must then be a name; otherwise `service` may be null. Wildcard addresses, 255.255.255.255
-    /// and what finds no place in the list are left out without a word. The result is that of the
-    /// last name: a failure of one is forgotten when a later one has an address.
+    /// and what finds no place in the list are left out; ORV_E_SOCKET_HOST_NOT_FOUND where a name
+    /// has nothing but the former. The result is that of the last name: a failure of one is
+    /// forgotten when a later one has an address.
     ENUM_ORV_E_SOCKET bindListAddAddrInfo(const char* hosts, const char* service,
                                           std::uint16_t port);
 
@@ -125,7 +126,7 @@ private:
 
     ENUM_ORV_E_SOCKET addWildcard(std::uint16_t family, std::uint16_t port);
     ENUM_ORV_E_SOCKET addHost(const char* host, const char* portText, std::uint16_t port);
-    ENUM_ORV_E_SOCKET addEntry(const addrinfo* entry, std::uint16_t port);
+    ENUM_ORV_E_SOCKET addEntry(const addrinfo* entry, std::uint16_t port, bool* found);
     bool keep(std::uint64_t socket) noexcept;
     ENUM_ORV_E_SOCKET shutDownAll(std::int32_t way);
     ENUM_ORV_E_SOCKET accept_guts(TcpWorkerSocket2** worker, std::uint64_t* socket,

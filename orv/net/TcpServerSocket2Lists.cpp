@@ -111,28 +111,30 @@ ENUM_ORV_E_SOCKET TcpServerSocket2::addHost(const char* host, const char* portTe
     const auto error = orvcore::resolve(host, portText, hints, &list);
     if (error != 0) return ORV_E_SOCKETFromNativeEaiSocketError(error);
 
-    ENUM_ORV_E_SOCKET result = ORV_E_SOCKET_HOST_NOT_FOUND;
+    ENUM_ORV_E_SOCKET result = ORV_E_SOCKET_OK;
+    bool found = false;
     for (const addrinfo* entry = list; entry != nullptr;) {
         const orvcore::AddressEntry read = orvcore::readAddressEntry(entry);
         if (orvcore::sizeOfAddress(read.family) != 0) {
-            result = addEntry(entry, port);
+            result = addEntry(entry, port, &found);
             if (result != ORV_E_SOCKET_OK) break;
         }
         entry = read.next;
     }
     ORVfreeaddrinfo(list);
-    return result;
+    return result == ORV_E_SOCKET_OK && !found ? ORV_E_SOCKET_HOST_NOT_FOUND : result;
 }
 
-ENUM_ORV_E_SOCKET TcpServerSocket2::addEntry(const addrinfo* entry, std::uint16_t port)
+/// Notes in `*found` an address that can be bound to, whether there is a place for it or not.
+ENUM_ORV_E_SOCKET TcpServerSocket2::addEntry(const addrinfo* entry, std::uint16_t port, bool* found)
 {
     return withoutException(ORV_E_SOCKET_ENOBUFS, [&] {
         ENUM_ORV_E_SOCKET made = ORV_E_SOCKET_OK;
         auto address = std::make_unique<InetSocketAddress>(entry, port, &made);
         if (made != ORV_E_SOCKET_OK) return made;
-        if (isOneHost(*address->getAddress()) && !m_bindList.isFull()) {
-            m_bindList.add(std::move(address));
-        }
+        if (!isOneHost(*address->getAddress())) return made;
+        *found = true;
+        if (!m_bindList.isFull()) m_bindList.add(std::move(address));
         return made;
     });
 }

@@ -56,7 +56,9 @@ TcpSocket::TcpSocket(const String& host, std::uint16_t port)
     }
 }
 
-TcpSocket::TcpSocket(std::uint64_t socket) : m_handle(makeHandle(socket)) {}
+TcpSocket::TcpSocket(std::uint64_t socket) : TcpSocket(makeHandle(socket)) {}
+
+TcpSocket::TcpSocket(Reference<TcpSocketHandle> handle) : m_handle(std::move(handle)) {}
 
 TcpSocket::~TcpSocket() noexcept(false) = default;
 

@@ -78,6 +78,8 @@ private:
     friend class TcpServerSocket;
     friend class TcpSocketHandle;
 
+    explicit TcpSocket(Reference<TcpSocketHandle> handle);
+
     static Reference<TcpSocketHandle> makeHandle(std::uint64_t socket);
     TcpSocketInputStream& inputStream();
 

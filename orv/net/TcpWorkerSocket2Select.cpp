@@ -29,7 +29,7 @@ public:
     {
         for (std::uint32_t i = 0; i < array.length; ++i) {
             TcpWorkerSocket2* const socket = array.sockets[i];
-            const std::uint64_t id = socket == nullptr ? 0 : socket->getId();
+            const std::uint64_t id = idOf(socket);
             if (id == 0) return ORV_E_SOCKET_ENOTSOCK;
             std::uint8_t& place = placeOf(id);
             if (place == 0) {
@@ -55,7 +55,8 @@ public:
     ENUM_ORV_E_SOCKET report(const SocketArray& array, ENUM_ORV_E_SOCKET* result)
     {
         for (std::uint32_t i = 0; i < array.length; ++i) {
-            const std::uint64_t id = array.sockets[i]->getId();
+            // One array given twice may have lost its sockets by now.
+            const std::uint64_t id = idOf(array.sockets[i]);
             if (id == 0) return ORV_E_SOCKET_ENOTSOCK;
             const std::uint8_t place = placeOf(id);
             if (place == 0 || (m_waits[place - 1].ready & array.wanted) == 0) {
@@ -69,6 +70,11 @@ public:
     }
 
 private:
+    static std::uint64_t idOf(TcpWorkerSocket2* socket)
+    {
+        return socket == nullptr ? 0 : socket->getId();
+    }
+
     static ENUM_ORV_E_SOCKET pendingErrorOf(std::uint64_t id) noexcept
     {
         orvcore::SocketError pending = 0;

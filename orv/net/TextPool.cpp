@@ -7,11 +7,22 @@
 
 namespace orv::net {
 
-/// A first text gets what it needs, later ones as much again.
-std::u16string TextPool::emptyBlock(std::size_t used, std::size_t more)
+void TextPool::requireBounds(std::size_t used, std::size_t more)
 {
     constexpr std::size_t most = std::numeric_limits<std::int32_t>::max();
     if (more > most - used) throwOutOfMemory();
+}
+
+/// A first text gets what it needs, later ones as much again.
+void TextPool::reserveFirst(std::size_t units)
+{
+    requireBounds(0, units);
+    m_units.reserve(units);
+}
+
+std::u16string TextPool::emptyBlock(std::size_t used, std::size_t more)
+{
+    requireBounds(used, more);
     std::u16string block;
     block.reserve(used == 0 ? more : 2 * (used + more));
     return block;

@@ -52,7 +52,7 @@ public:
     {
         if (units <= m_units.capacity() - m_units.size()) return;
         if (m_units.empty()) {
-            m_units = emptyBlock(0, units);
+            reserveFirst(units);
             return;
         }
         std::size_t used = 0;
@@ -77,6 +77,8 @@ public:
     void clear() noexcept { m_units.clear(); }
 
 private:
+    static void requireBounds(std::size_t used, std::size_t more);
+    void reserveFirst(std::size_t units);
     static std::u16string emptyBlock(std::size_t used, std::size_t more);
 
     std::u16string m_units;

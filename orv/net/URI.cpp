@@ -48,13 +48,18 @@ String URI::get(const Component& component, bool unescape) const
 
 void URI::set(Component& component, View text, ESCAPE_PART part, bool escape)
 {
-    if (!escape && m_texts.holds(text)) {
+    if (escape) {
+        const EscapedText stored(text, part, true);
+        makeRoom(stored.length());
+        component = {m_texts.add(stored), true};
+        return;
+    }
+    if (m_texts.holds(text)) {
         component = {m_texts.placeOf(text), true};
         return;
     }
-    const EscapedText stored(text, part, escape);
-    makeRoom(stored.length());
-    component = {m_texts.add(stored), true};
+    makeRoom(text.size());
+    component = {m_texts.add(text), true};
 }
 
 void URI::makeRoom(std::size_t units)

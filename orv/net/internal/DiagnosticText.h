@@ -19,10 +19,10 @@ template <class Append>
 ENUM_ORV_E_SOCKET writeDiagnosticText(char* buffer, std::uint32_t* size, std::int32_t capacity,
                                       Append append)
 {
-    if (buffer == nullptr || size == nullptr) return ORV_E_SOCKET_EINVAL;
+    if (size == nullptr) return ORV_E_SOCKET_EINVAL;
     const std::uint32_t room = std::min<std::uint32_t>(std::exchange(*size, 0), INT32_MAX);
-    if (room == 0) return ORV_E_SOCKET_EFAULT;
-    *buffer = 0;
+    if (buffer == nullptr) return ORV_E_SOCKET_EINVAL;
+    if (room > 0) *buffer = 0;
     return withoutException(ORV_E_SOCKET_ENOBUFS, [&] {
         String text(capacity);
         const ENUM_ORV_E_SOCKET result = append(text);

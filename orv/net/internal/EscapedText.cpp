@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <limits>
 
 namespace orv::net::internal {
@@ -34,9 +35,16 @@ constexpr auto longer = [] {
 
 bool isAscii(std::u16string_view text)
 {
-    char16_t all = 0;
-    for (const char16_t unit : text) all = static_cast<char16_t>(all | unit);
-    return all < ASCII;
+    constexpr std::size_t step = 8;
+    std::uint64_t all = 0;
+    while (text.size() >= step) {
+        std::uint64_t units[2];
+        std::memcpy(units, text.data(), sizeof units);
+        all |= units[0] | units[1];
+        text.remove_prefix(step);
+    }
+    for (const char16_t unit : text) all |= unit;
+    return (all & 0xFF80FF80FF80FF80) == 0;
 }
 
 /// The length of bytes when they are escaped; a byte is an unsigned char or a unit of ASCII.
@@ -71,47 +79,115 @@ const unsigned char* unsignedBytes(const Utf8Bytes& bytes)
     return reinterpret_cast<const unsigned char*>(bytes.data());
 }
 
-/// The value of a hexadecimal digit, or 16.
-constexpr unsigned digitOf(unsigned char byte)
+/// The value of each byte as a hexadecimal digit, NO_DIGIT for one that is none: of two values put
+/// together, one of them makes more than a byte.
+constexpr std::uint16_t NO_DIGIT = 0x100;
+constexpr auto digitValues = [] {
+    std::array<std::uint16_t, 2 * ASCII> values{};
+    values.fill(NO_DIGIT);
+    constexpr std::string_view lower = "0123456789abcdef";
+    constexpr std::string_view upper = "0123456789ABCDEF";
+    for (std::uint16_t value = 0; value < 16; ++value) {
+        values[static_cast<std::size_t>(lower[value])] = value;
+        values[static_cast<std::size_t>(upper[value])] = value;
+    }
+    return values;
+}();
+
+/// The byte that two digits stand for; more than a byte where one of them is none.
+inline std::uint32_t valueOf(std::uint32_t high, std::uint32_t low)
 {
-    if (byte >= '0' && byte <= '9') return byte - unsigned{'0'};
-    const unsigned letter = byte | 0x20u;
-    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : 16;
+    return std::uint32_t{digitValues[high]} << 4 | digitValues[low];
+}
+
+/// Whether the unit is a character by itself, and no mark of the byte order.
+constexpr bool isPlain(char16_t unit)
+{
+    return (unit & 0xF800) != 0xD800 && unit != 0xFEFF;
 }
 
 /// What two bytes behind a "%" stand for.
 signed char byteOf(unsigned char high, unsigned char low)
 {
-    unsigned value = digitOf(high) << 4 | digitOf(low);
-    if (digitOf(high) > 15 || digitOf(low) > 15) {
+    std::uint32_t value = valueOf(high, low);
+    if (value > 0xFF) {
         const char16_t digits[] = {high, low, 0};
         value = ORVStrToULW(digits, nullptr, 16);
     }
     return static_cast<signed char>(static_cast<std::uint8_t>(value));
 }
 
-/// Writes the bytes that `in`, bytes or units of ASCII, stands for, which may be where `in` is.
-/// Returns their number.
-template <class Byte>
-std::size_t resolveEscapes(const Byte* in, std::size_t count, signed char* out)
+/// Puts the bytes that those at `bytes` stand for in their place. Returns their number.
+std::size_t resolveEscapes(signed char* bytes, std::size_t count)
 {
-    signed char* const start = out;
-    const Byte* const end = in + count;
-    for (; in != end; ++in) {
-        if (*in != '%') {
-            *out++ = static_cast<signed char>(*in);
+    const signed char* in = bytes;
+    const signed char* const end = in + count;
+    signed char* out = bytes;
+    while (in != end) {
+        const signed char byte = *in++;
+        if (byte != '%') {
+            *out++ = byte;
             continue;
         }
-        if (end - in < 3) throw Exception();
-        *out++ = byteOf(static_cast<unsigned char>(in[1]), static_cast<unsigned char>(in[2]));
+        if (end - in < 2) throw Exception();
+        *out++ = byteOf(static_cast<unsigned char>(in[0]), static_cast<unsigned char>(in[1]));
         in += 2;
     }
-    return static_cast<std::size_t>(out - start);
+    return static_cast<std::size_t>(out - bytes);
 }
 
-String decoded(const signed char* bytes, std::size_t length)
+constexpr std::ptrdiff_t ESCAPE = 3; ///< the units of one
+
+/// The byte of the escape at `in`; more than a byte where there is none with two digits.
+inline std::uint32_t escapedByte(const char16_t* in, const char16_t* end)
 {
-    return String(bytes, static_cast<std::int32_t>(length), u"UTF-8");
+    if (end - in < ESCAPE || in[0] != u'%' || (in[1] | in[2]) > 0xFF) return NO_DIGIT;
+    return valueOf(in[1], in[2]);
+}
+
+/// The character that begins with the byte `lead`, of two bytes or three, the others being the
+/// escapes at `in`. Moves `in` behind them. 0 for any that needs a closer look.
+char16_t escapedCharacter(std::uint32_t lead, const char16_t*& in, const char16_t* end)
+{
+    if (lead < 0xC2 || lead >= 0xF0) return 0;
+    const bool isLong = lead >= 0xE0;
+    std::uint32_t character = lead & (isLong ? 0xFu : 0x1Fu);
+    for (int rest = isLong ? 2 : 1; rest > 0; --rest, in += ESCAPE) {
+        const std::uint32_t byte = escapedByte(in, end);
+        if (byte >> 6 != 2) return 0;
+        character = character << 6 | (byte & 0x3F);
+    }
+    if (isLong && character < 0x800) return 0;
+    const auto unit = static_cast<char16_t>(character);
+    return isPlain(unit) ? unit : char16_t{0};
+}
+
+/// Writes the text that `text` stands for and returns its end; null where it has more to it than
+/// characters of up to three bytes and whole escapes.
+char16_t* unescapePlain(std::u16string_view text, char16_t* out)
+{
+    const char16_t* in = text.data();
+    const char16_t* const end = in + text.size();
+    while (in != end) {
+        const char16_t unit = *in;
+        if (unit != u'%') {
+            if (unit >= 0xD800 && !isPlain(unit)) return nullptr;
+            *out++ = unit;
+            ++in;
+            continue;
+        }
+        const std::uint32_t byte = escapedByte(in, end);
+        if (byte > 0xFF) return nullptr;
+        in += ESCAPE;
+        if (byte < ASCII) {
+            *out++ = static_cast<char16_t>(byte);
+            continue;
+        }
+        const char16_t character = escapedCharacter(byte, in, end);
+        if (character == 0) return nullptr;
+        *out++ = character;
+    }
+    return out;
 }
 
 } // namespace
@@ -162,16 +238,15 @@ void EscapedText::write(char16_t* out) const noexcept
 
 String unescaped(std::u16string_view text)
 {
-    if (!isAscii(text)) {
-        Utf8Bytes bytes(text);
-        return decoded(bytes.data(), resolveEscapes(bytes.data(), bytes.length(), bytes.data()));
+    constexpr std::size_t mostShort = 512;
+    if (text.size() <= mostShort) {
+        char16_t units[mostShort];
+        const char16_t* const end = unescapePlain(text, units);
+        if (end != nullptr) return String(units, static_cast<std::int32_t>(end - units));
     }
-    if (text.find(u'%') == std::u16string_view::npos) {
-        return String(text.data(), static_cast<std::int32_t>(text.size()));
-    }
-    ByteRoom room;
-    signed char* const bytes = room.make(text.size());
-    return decoded(bytes, resolveEscapes(text.data(), text.size(), bytes));
+    Utf8Bytes bytes(text);
+    const std::size_t length = resolveEscapes(bytes.data(), bytes.length());
+    return String(bytes.data(), static_cast<std::int32_t>(length), u"UTF-8");
 }
 
 } // namespace orv::net::internal

@@ -67,7 +67,8 @@ TEST(TcpServerSocket2, takesListsOfHosts)
           {"1.2.3.4,", "1.2.3.4:80", ORV_E_SOCKET_EAI_NONAME},
           {",no such host!,, 1.2.3.4", "1.2.3.4:80", ORV_E_SOCKET_OK},
           {" 1.2.3.4", "", ORV_E_SOCKET_EAI_NONAME},
-          {"0.0.0.0,::,255.255.255.255", "", ORV_E_SOCKET_OK}}) {
+          {"0.0.0.0,::,255.255.255.255", "", ORV_E_SOCKET_HOST_NOT_FOUND},
+          {"::,1.2.3.4", "1.2.3.4:80", ORV_E_SOCKET_OK}}) {
         SCOPED_TRACE(hosts);
         Owned<TcpServerSocket2> server = newServer();
         EXPECT_EQ(server->bindListAddAddrInfo(hosts, nullptr, 80), result);

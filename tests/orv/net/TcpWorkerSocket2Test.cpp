@@ -127,6 +127,13 @@ TEST(TcpSelect, keepsTheReadyInPlaceAndNullsTheOthers)
     EXPECT_EQ(silent.counts(), (Counts{0, 0, 0, 0}));
     EXPECT_EQ(silent.read, std::vector<TcpWorkerSocket2*>{first}) << "untouched after a time-out";
     EXPECT_EQ(shortly.tv_usec, 20'000);
+
+    TcpWorkerSocket2* both[] = {first, second};
+    std::uint32_t readCount = 2, writeCount = 2, none = 0;
+    EXPECT_EQ(TcpWorkerSocket2::select(both, &readCount, both, &writeCount, nullptr, &none, nullptr,
+                                       &silent.total),
+              ORV_E_SOCKET_ENOTSOCK)
+        << "what reading took out of the array is not there for writing";
 }
 
 TEST(TcpSelect, givesThePendingErrorOfAnExceptionalSocket)
