@@ -56,7 +56,10 @@ private:
     void initialize();
     void initWin32();
     void parseUnc(const String& text);
+    /// Takes `server:/path` apart; InvalidPathException "Invalid NFS syntax." for anything else.
     void parseNfs(const String& text);
+    /// Takes the server from `server/volume:path`, and gives "UNKNOWN" for the volume;
+    /// InvalidPathException "Invalid NCP syntax." without a slash.
     void parseNcp(const String& text);
     static String getHostName();
 

@@ -99,7 +99,7 @@ public:
     /// Throws what run(), which is through, failed in.
     void checkOutcome() const
     {
-        if (m_failure) throw *m_failure;
+        if (m_failure) throw Failure(*m_failure);
     }
 
 private:

@@ -88,8 +88,8 @@ constexpr auto digitValues = [] {
     constexpr std::string_view lower = "0123456789abcdef";
     constexpr std::string_view upper = "0123456789ABCDEF";
     for (std::uint16_t value = 0; value < 16; ++value) {
-        values[static_cast<std::size_t>(lower[value])] = value;
-        values[static_cast<std::size_t>(upper[value])] = value;
+        values[static_cast<unsigned char>(lower[value])] = value;
+        values[static_cast<unsigned char>(upper[value])] = value;
     }
     return values;
 }();

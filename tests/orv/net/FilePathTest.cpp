@@ -55,6 +55,29 @@ TEST(NetFilePath, aLocalPathLiesOnTheAdministrativeShareOfThisHost)
     EXPECT_EQ(u"C:\\" + relative.getPath(), util::FilePath(u"x").getCanonicalPath());
 }
 
+using Parser = void (FilePath::*)(const String&);
+Parser nfsParser();
+Parser ncpParser();
+
+/// An explicit instantiation may name what is private.
+template <Parser Nfs, Parser Ncp>
+struct Opened {
+    friend Parser nfsParser() { return Nfs; }
+    friend Parser ncpParser() { return Ncp; }
+};
+template struct Opened<&FilePath::parseNfs, &FilePath::parseNcp>;
+
+TEST(NetFilePath, readsTheFormsOfOtherNetworks)
+{
+    FilePath path(u"\\\\srv\\share\\d");
+    (path.*nfsParser())(u"host:/export/a:/b");
+    EXPECT_EQ(path.getServer() + u" " + path.getPath(), u"host /export/a:/b");
+    (path.*ncpParser())(u"other/sys:dir/f");
+    EXPECT_EQ(path.getServer() + u" " + path.getVolume(), u"other UNKNOWN");
+    EXPECT_THROW((path.*nfsParser())(u"host:export"), InvalidPathException);
+    EXPECT_THROW((path.*ncpParser())(u"other"), InvalidPathException);
+}
+
 TEST(NetFilePath, whatCannotBeSaidIsRefused)
 {
     EXPECT_EQ(resultOf([] { FilePath(u"/").getNetwarePath(); }), E_NOT_AVAILABLE);
