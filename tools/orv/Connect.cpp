@@ -7,6 +7,7 @@
 #include "orv/quark/Implements.h"
 #include "platform/console.h"
 
+#include <atomic>
 #include <cstdint>
 #include <optional>
 
@@ -27,6 +28,9 @@ constexpr std::int32_t BLOCK = 1 << 16; ///< bytes carried at a time
 constexpr std::int32_t STREAM = 1;
 constexpr std::int32_t TCP = 6;
 constexpr std::int32_t OPTION_LINGER = 0x80;
+constexpr std::int32_t OPTION_SEND_LIMIT = 0x1005;
+constexpr std::int32_t SEND_LIMIT =
+    100; ///< milliseconds until a sender looks whether it is to stop
 
 /// Closes without ending the sending first, which would let a cut stream look complete.
 struct CloseSocket : DestroySocket {
@@ -77,9 +81,10 @@ Client connectToHost(const Arguments& arguments)
 class Sender : public orv::quark::Implements<orv::Object, IRunnable> {
 public:
     Sender(TcpClientSocket2& socket, Reference<InputStream> input)
-        : m_socket(socket), m_native(socket.getId()), m_input(std::move(input)),
-          m_block(std::make_unique<char[]>(BLOCK))
+        : m_socket(socket), m_input(std::move(input)), m_block(std::make_unique<char[]>(BLOCK))
     {
+        m_socket.setsockopt(orvcore::LEVEL_SOCKET, OPTION_SEND_LIMIT,
+                            reinterpret_cast<const char*>(&SEND_LIMIT), sizeof SEND_LIMIT);
     }
 
     void* run() override
@@ -96,6 +101,13 @@ public:
         return nullptr;
     }
 
+    /// Lets run() end soon, without a word to the peer.
+    void stop()
+    {
+        m_stopped = true;
+        m_socket.shutdownInput();
+    }
+
     /// Throws what run(), which is through, failed in.
     void checkOutcome() const
     {
@@ -107,7 +119,7 @@ private:
     void carry()
     {
         const ORVHandle input = orvcore::standardInput();
-        while (orvcore::awaitInput(m_native, input) && m_socket.getShutdownIn() == 0) {
+        while (orvcore::awaitInput(m_socket.getId(), input) && !m_stopped) {
             const std::int32_t count = m_input->read(m_block.get(), BLOCK);
             if (count < 0) {
                 m_socket.shutdownOutput();
@@ -119,20 +131,21 @@ private:
 
     void send(std::int64_t count)
     {
-        for (char* bytes = m_block.get(); count > 0;) {
+        for (char* bytes = m_block.get(); count > 0 && !m_stopped;) {
             std::int64_t sent = 0;
-            check(m_socket.send(bytes, static_cast<std::uint64_t>(count), 0, &sent),
-                  u"cannot send all of the input");
+            const auto result = m_socket.send(bytes, static_cast<std::uint64_t>(count), 0, &sent);
+            if (result == ORV_E_SOCKET_ETIMEDOUT) continue;
+            check(result, u"cannot send all of the input");
             bytes += sent;
             count -= sent;
         }
     }
 
     TcpClientSocket2& m_socket;
-    const std::uint64_t m_native; ///< known also while the socket is being closed
     Reference<InputStream> m_input;
     std::unique_ptr<char[]> m_block;
     std::optional<Failure> m_failure;
+    std::atomic<bool> m_stopped{false};
 };
 
 /// Carries what the peer sends to standard output, until the peer ends.
@@ -158,8 +171,7 @@ void runConnect(const Arguments& arguments, PrintWriter&)
     try {
         receive(*client, *output);
     } catch (const Failure&) {
-        client->shutdownInput();
-        client->close();
+        sender->stop();
         thread.join();
         throw;
     }

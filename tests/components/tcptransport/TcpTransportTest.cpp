@@ -176,7 +176,7 @@ TEST_F(TcpTransport, refusesWhatCannotBeAndLeavesNothingOpen)
          ORV_E_SOCKET_EAI_NONAME},
         {{{u"host", u"127.0.0.1"}, {u"port", closed}}, ORV_E_SOCKET_ECONNREFUSED, S_OK},
         {{{u"host", u"127.0.0.1"}, {u"port", m_port}}, S_OK, ORV_E_SOCKET_EADDRINUSE},
-        {{{u"host", u"0.0.0.0"}, {u"port", u"0"}}, E_INVALIDARG, ORV_E_SOCKET_EADDRNOTAVAIL},
+        {{{u"host", u"0.0.0.0"}, {u"port", u"0"}}, E_INVALIDARG, ORV_E_SOCKET_HOST_NOT_FOUND},
         {{{u"host", u"192.0.2.1"}, {u"port", u"0"}}, E_INVALIDARG, ORV_E_SOCKET_EADDRNOTAVAIL},
         {{{u"host", u"192.0.2.1,127.0.0.1"}, {u"port", u"0"}}, E_INVALIDARG, S_OK},
     };

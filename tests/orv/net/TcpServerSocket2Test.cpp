@@ -5,6 +5,7 @@
 #include "tests/support/Processes.h"
 
 #include <chrono>
+#include <filesystem>
 #include <thread>
 #include <vector>
 
@@ -79,8 +80,10 @@ TEST(TcpServerSocket2, takesListsOfHosts)
     const auto portOf = &InetSocketAddress::getPortHostOrderFromTcpServiceName;
     EXPECT_EQ(portOf("no-such-service", &port), ORV_E_SOCKET_NO_DATA);
     EXPECT_EQ(port, 0);
-    EXPECT_EQ(server->bindListAddAddrInfo("1.2.3.4", "http", 0), ORV_E_SOCKET_OK);
-    EXPECT_EQ(bindText(*server), "1.2.3.4:80");
+    if (std::filesystem::exists("/etc/services")) {
+        EXPECT_EQ(server->bindListAddAddrInfo("1.2.3.4", "http", 0), ORV_E_SOCKET_OK);
+        EXPECT_EQ(bindText(*server), "1.2.3.4:80");
+    }
     EXPECT_EQ(server->bindListAddAddrInfo("1.2.3.4", "", 0), ORV_E_SOCKET_EINVAL);
     EXPECT_EQ(server->bindListAddAddrInfo("1.2.3.4", nullptr, 0), ORV_E_SOCKET_EINVAL);
     EXPECT_EQ(server->bindListAddAddrInfo("1.2.3.4", "no-such-service", 0), ORV_E_SOCKET_NO_DATA);
