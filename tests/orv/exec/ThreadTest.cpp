@@ -37,11 +37,12 @@ TEST(Thread, runsItsJobElsewhereAsOftenAsItIsStarted)
         expectRefusal([&] { thread.join(); }, "thread not started");
         expectRefusal([&] { thread.getID(); }, "thread not started");
         thread.setStackSize(stack);
+        gate.close();
+        inside = 0;
         thread.start();
         expectRefusal([&] { thread.start(); }, "thread already started");
         expectRefusal([&] { thread.setStackSize(1 << 20); }, "thread already started");
         const std::uint32_t id = thread.getID();
-        inside = 0;
         gate.open();
         EXPECT_EQ(thread.join(), &inside);
         EXPECT_EQ(id, inside);
