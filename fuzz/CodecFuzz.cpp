@@ -102,8 +102,8 @@ test::DecoderStep decodeSlowly(std::string_view rest, std::size_t room,
     const std::uint32_t code = Encoding::read(rest.data(), consumed);
     if (consumed == 0) return {};
     std::u16string units = substitution.units;
+    if (code != 0xFFFD && room == 0) return {};
     if (code != 0xFFFD && code < 0x110000) {
-        if (room == 0) return {};
         if (test::between(code, 0xD800, 0xDFFF)) return {Outcome::invalid};
         units = test::unitsOf(code);
     } else if (!substitution.on) {
