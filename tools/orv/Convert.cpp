@@ -6,6 +6,7 @@
 #include "orv/text/charset/CharsetExceptions.h"
 #include "platform/console.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -44,7 +45,9 @@ class Conversion {
 public:
     Conversion(InputStream& in, OutputStream& out, ByteToCharConverter& decoder,
                CharToByteConverter& encoder, bool strict)
-        : m_in(in), m_out(out), m_decoder(decoder), m_encoder(encoder), m_strict(strict)
+        : m_in(in), m_out(out), m_decoder(decoder), m_encoder(encoder), m_strict(strict),
+          m_wordSize(String(decoder.getEncodingName()).startsWith(u"UTF-32") ? 4 : 1),
+          m_atOnce(std::max(ENCODED / std::max(encoder.getMaxBytesPerChar(), 1), 2))
     {
         m_decoder.setSubstitutionMode(!strict);
         m_encoder.setSubstitutionMode(!strict);
@@ -62,6 +65,8 @@ public:
     }
 
 private:
+    static constexpr std::int32_t ENCODED = 8 * BLOCK; ///< bytes that no block of units exceeds
+
     /// Moves the bytes left over to the front and reads more behind them.
     bool fill()
     {
@@ -79,54 +84,69 @@ private:
     /// Decodes until the bytes are used up or end within a character.
     void decodeBlock()
     {
+        // The decoders of UTF-32 would take the beginning of a word for all of it.
+        const std::int32_t end = m_end - (m_end - m_pos) % m_wordSize;
         std::int32_t before = -1;
-        while (m_pos < m_end && m_pos != before) {
+        while (m_pos < end && m_pos != before) {
             before = m_pos;
-            std::int32_t units = 0;
             try {
-                m_decoder.convert(&m_bytes[0], &m_pos, m_end, &m_units[0], &units, BLOCK);
+                m_decoder.convert(&m_bytes[0], &m_pos, end, &m_units[0], &m_count, BLOCK);
             } catch (const orv::Exception& exception) {
-                encode(units);
+                encode();
                 fail(exception, u"byte ", m_bytesBefore + m_pos);
             }
-            encode(units);
+            encode();
         }
     }
 
     /// The bytes of a character that the end of the input cut off.
     void decodeRest()
     {
-        if (m_pos == m_end) return;
-        if (m_strict) {
+        if (m_strict && m_pos < m_end) {
             throw Failure{u"the input ends within a character at byte " +
                               String::valueOf(m_bytesBefore + m_pos),
                           orv::E_INVALID_CHARACTER};
         }
-        std::fill_n(&m_units[0], m_end - m_pos, u'\uFFFD');
-        encode(m_end - m_pos);
+        while (m_pos < m_end) {
+            ++m_pos;
+            m_units[m_count++] = u'\uFFFD';
+            encode();
+            decodeBlock();
+        }
     }
 
-    void encode(std::int32_t count)
+    /// Encodes all but a leading surrogate at the end that the encoder wants to see with its
+    /// partner: that goes to the front.
+    void encode()
     {
         std::int32_t pos = 0;
-        while (pos < count) {
+        for (std::int32_t before = -1; pos < m_count && pos != before;) {
+            before = pos;
+            // Some encoders forget the first half of a pair that finds no room.
+            const std::int32_t end = std::min(m_count, pos + m_atOnce);
             std::int32_t bytes = 0;
             try {
-                m_encoder.convert(&m_units[0], &pos, count, &m_encoded[0], &bytes, BLOCK);
+                m_encoder.convert(&m_units[0], &pos, end, &m_encoded[0], &bytes, ENCODED);
             } catch (const orv::Exception& exception) {
                 write(bytes);
                 fail(exception, u"character ", m_unitsBefore + pos);
             }
             write(bytes);
         }
-        m_unitsBefore += count;
+        std::copy(&m_units[pos], &m_units[m_count], &m_units[0]);
+        m_unitsBefore += pos;
+        m_count -= pos;
     }
 
     void finishEncoding()
     {
+        if (m_count > 0) {
+            fail(InvalidCharacterException(u"leading surrogate without trailing"), u"character ",
+                 m_unitsBefore);
+        }
         std::int32_t bytes = 0;
         try {
-            m_encoder.flush(&m_encoded[0], &bytes, BLOCK);
+            m_encoder.flush(&m_encoded[0], &bytes, ENCODED);
         } catch (const orv::Exception& exception) {
             fail(exception, u"character ", m_unitsBefore - 1);
         }
@@ -156,11 +176,14 @@ private:
     ByteToCharConverter& m_decoder;
     CharToByteConverter& m_encoder;
     bool m_strict;
+    std::int32_t m_wordSize; ///< bytes that the decoder wants to see together
+    std::int32_t m_atOnce;   ///< units that find room in m_encoded whatever they are
     std::unique_ptr<signed char[]> m_bytes = std::make_unique<signed char[]>(BLOCK + 1);
-    std::unique_ptr<char16_t[]> m_units = std::make_unique<char16_t[]>(BLOCK);
-    std::unique_ptr<signed char[]> m_encoded = std::make_unique<signed char[]>(BLOCK);
+    std::unique_ptr<char16_t[]> m_units = std::make_unique<char16_t[]>(BLOCK + 1);
+    std::unique_ptr<signed char[]> m_encoded = std::make_unique<signed char[]>(ENCODED);
     std::int32_t m_pos = 0;
     std::int32_t m_end = 0;
+    std::int32_t m_count = 0; ///< units not yet encoded
     std::int64_t m_bytesBefore = 0;
     std::int64_t m_unitsBefore = 0;
 };
