@@ -58,8 +58,8 @@ TEST(LogFile, isDeletedUnderItsWriter)
 TEST(LogFile, thatFillsUpHoldsNoTornEntryAndWhatWasLoggedWhenTheProcessIsKilled)
 {
     const std::string first = "level=1\ntext=fits\n" + LINE;
-    const std::string all = first + "level=2\ntext=does not fit\n" + LINE +
-                            "level=3\ntext=fits again\n" + LINE;
+    const std::string all =
+        first + "level=2\ntext=does not fit\n" + LINE + "level=3\ntext=fits again\n" + LINE;
     for (const std::uint32_t mode :
          {FileOutputStream::TRUNC, FileOutputStream::ATEND, FileOutputStream::APPEND,
           FileOutputStream::LOCK | FileOutputStream::ATEND,
