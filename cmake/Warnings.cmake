@@ -10,9 +10,6 @@ target_compile_options(orv_warnings INTERFACE
     -Wnon-virtual-dtor
     -Woverloaded-virtual
     -Wsuggest-override
-    # An object that answers to several interfaces has several roots; IORVUnknown is reached through
-    # GetUnknown(), never by a conversion.
-    $<$<CXX_COMPILER_ID:GNU>:-Wno-inaccessible-base>
     # clang counts changes of sign among conversions, g++ does not; the rule here is that of g++.
     $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>
     $<$<BOOL:${ORV_WARNINGS_AS_ERRORS}>:-Werror>)
