@@ -1,8 +1,7 @@
-#include "orv/quark/Component.h"
+#include "orv/quark/ComponentExports.h"
 
 #include "components/icodec/CharCodec.h"
 #include "orv/quark/ClassRow.h"
-#include "orv/quark/DllModule.h"
 
 #include <iterator>
 #include <utility>
@@ -19,29 +18,12 @@ quark::ClassData* classes(std::index_sequence<ROWS...>)
     return rows;
 }
 
-quark::DllModule& module()
-{
-    static quark::DllModule instance(classes(std::make_index_sequence<std::size(codePages)>()));
-    return instance;
-}
-
 } // namespace
 
 } // namespace orv::components::icodec
 
-using orv::components::icodec::module;
-
-orv::Result ORVGetClassObject(const GUID& clsid, const GUID& iid, void** out)
+orv::quark::ClassData* orv::quark::componentClasses()
 {
-    return orv::resultOf([&] { return module().GetClassObject(clsid, iid, out); });
-}
-
-orv::Result ORVRegisterServer(const char16_t* path)
-{
-    return orv::resultOf([&] { return module().RegisterServer(path); });
-}
-
-orv::Result ORVUnregisterServer()
-{
-    return orv::resultOf([] { return module().UnregisterServer(); });
+    using namespace components::icodec;
+    return classes(std::make_index_sequence<std::size(codePages)>());
 }

@@ -4,8 +4,7 @@
 #include <orv/Object>
 #include <orv/String>
 #include <orv/quark/ClassRow>
-#include <orv/quark/Component>
-#include <orv/quark/DllModule>
+#include <orv/quark/ComponentExports>
 #include <orv/quark/Implements>
 
 namespace {
@@ -37,27 +36,10 @@ public:
     }
 };
 
-orv::quark::DllModule& module()
-{
-    static orv::quark::ClassData classes[] = {orv::quark::classRow<Greeter>(CLSID_Greeter),
-                                              orv::quark::endOfClasses()};
-    static orv::quark::DllModule instance(classes);
-    return instance;
-}
-
 } // namespace
 
-orv::Result ORVGetClassObject(const GUID& clsid, const GUID& iid, void** out)
+orv::quark::ClassData* orv::quark::componentClasses()
 {
-    return orv::resultOf([&] { return module().GetClassObject(clsid, iid, out); });
-}
-
-orv::Result ORVRegisterServer(const char16_t* path)
-{
-    return orv::resultOf([&] { return module().RegisterServer(path); });
-}
-
-orv::Result ORVUnregisterServer()
-{
-    return orv::resultOf([] { return module().UnregisterServer(); });
+    static ClassData classes[] = {classRow<Greeter>(CLSID_Greeter), endOfClasses()};
+    return classes;
 }

@@ -4,13 +4,9 @@
 #include "orv/Result.h"
 
 /// \file
-/// What the library of a component exports. A component defines the first three, and the last three
-/// where it serves catalogues; a host finds them by name.
-///
-///     orv::Result ORVGetClassObject(const GUID& clsid, const GUID& iid, void** out)
-///     {
-///         return orv::resultOf([&] { return module().GetClassObject(clsid, iid, out); });
-///     }
+/// What the library of a component exports, found by name: the first three, which
+/// ComponentExports.h defines for a component with a table of classes, and the last three where it
+/// serves catalogues.
 ///
 /// No exception may leave any of them. Threads: any.
 

@@ -4,16 +4,7 @@
 
 namespace orv::quark {
 
-/// The module of a component that is loaded into its hosts.
-///
-///     orv::quark::ClassData classes[] = {orv::quark::classRow<Greeter>(CLSID_Greeter),
-///                                        orv::quark::endOfClasses()};
-///
-///     orv::quark::DllModule& module()
-///     {
-///         static orv::quark::DllModule instance(classes);
-///         return instance;
-///     }
+/// The module of a component that is loaded into its hosts. ComponentExports.h has one made.
 class ORV_API DllModule : public Module {
 public:
     using Module::Module;
