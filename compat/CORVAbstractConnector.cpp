@@ -1,23 +1,8 @@
 #include "compat/CORVAbstractConnector.h"
 
 #include "compat/internal/Wrappers.h"
-#include "orv/quark/InterfaceData.h"
 
-using orv::Result;
-using orv::resultOf;
-using orv::String;
-using orv::util::IORVCharBuffer;
 using namespace compat::internal;
-
-namespace {
-
-/// A text that lasts and may be the key of a map, stored or looked for.
-CORVSmartPtr<String> kept(const String& text)
-{
-    return new String(String::AcquireCopy, text);
-}
-
-} // namespace
 
 CORVAbstractConnector::CORVAbstractConnector() : m_properties(101, 0.75F) {}
 CORVAbstractConnector::CORVAbstractConnector(const CORVAbstractConnector& other) = default;
@@ -25,7 +10,7 @@ CORVAbstractConnector&
 CORVAbstractConnector::operator=(const CORVAbstractConnector& other) = default;
 CORVAbstractConnector::~CORVAbstractConnector() noexcept(false) = default;
 
-const orv::quark::InterfaceData* CORVAbstractConnector::GetComIntfMap()
+const InterfaceData* CORVAbstractConnector::GetComIntfMap()
 {
     using namespace orv::quark;
     static const InterfaceData map[] = {interfaceRow<IORVConnector, CORVAbstractConnector>(),
@@ -55,17 +40,17 @@ Result CORVAbstractConnector::GetProperty(const char16_t* name, IORVCharBuffer* 
 
 void CORVAbstractConnector::setProperty(const String& name, const String& value)
 {
-    m_properties.put(kept(name).get(), kept(value).get());
+    m_properties.put(copyOf(name).get(), copyOf(value).get());
 }
 
 String CORVAbstractConnector::getProperty(const String& name) const
 {
-    const CORVSmartPtr<String> value = m_properties.get(kept(name).get());
+    const CORVSmartPtr<String> value = m_properties.get(copyOf(name).get());
     if (!value) orv::throwException(u"Property Not Found.");
     return *value;
 }
 
 bool CORVAbstractConnector::hasProperty(const String& name) const
 {
-    return m_properties.containsKey(kept(name).get());
+    return m_properties.containsKey(copyOf(name).get());
 }

@@ -2,23 +2,11 @@
 
 #include "compat/internal/Wrappers.h"
 #include "orv/Number.h"
-#include "orv/quark/InterfaceData.h"
 
 using orv::Number;
-using orv::Object;
-using orv::Result;
-using orv::resultOf;
-using orv::String;
-using orv::util::IORVCharBuffer;
 using namespace compat::internal;
 
 namespace {
-
-/// A text that lasts; a shared one could be a view of memory that does not.
-CORVSmartPtr<Object> copyOf(const String& text)
-{
-    return new String(String::AcquireCopy, text);
-}
 
 const Object& requireValue(const CORVSmartPtr<Object>& value)
 {
@@ -52,7 +40,7 @@ CORVProperty::CORVProperty(const CORVProperty& other) = default;
 CORVProperty& CORVProperty::operator=(const CORVProperty& other) = default;
 CORVProperty::~CORVProperty() noexcept(false) = default;
 
-const orv::quark::InterfaceData* CORVProperty::GetComIntfMap()
+const InterfaceData* CORVProperty::GetComIntfMap()
 {
     using namespace orv::quark;
     static const InterfaceData map[] = {interfaceRow<IORVProperty2, CORVProperty>(),

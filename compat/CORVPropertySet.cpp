@@ -1,16 +1,10 @@
 #include "compat/CORVPropertySet.h"
 
 #include "compat/internal/Wrappers.h"
-#include "orv/quark/InterfaceData.h"
 
-using orv::Object;
-using orv::Result;
-using orv::resultOf;
-using orv::String;
-using orv::util::IORVCharBuffer;
 using namespace compat::internal;
 
-const orv::quark::InterfaceData* CORVPropertySet::GetComIntfMap()
+const InterfaceData* CORVPropertySet::GetComIntfMap()
 {
     using namespace orv::quark;
     static const InterfaceData map[] = {interfaceRow<IORVPropertySet2, CORVPropertySet>(),

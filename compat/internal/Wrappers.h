@@ -5,55 +5,71 @@
 #include "orv/Object.h"
 #include "orv/Result.h"
 #include "orv/String.h"
+#include "orv/quark/InterfaceData.h"
 #include "orv/util/ICharBuffer.h"
 
 /// \file
-/// What crosses the binary interface. A null pointer gives E_POINTER.
+/// What the sources of the classes with a binary interface use: its words, and what crosses it. A
+/// null pointer gives E_POINTER.
 
 namespace compat::internal {
 
+using orv::Object;
+using orv::Result;
+using orv::resultOf;
+using orv::String;
+using orv::quark::InterfaceData;
+using orv::util::IORVCharBuffer;
+
+/// A text that lasts and may be a value or a key; a shared one could be a view of memory that does
+/// not last.
+inline CORVSmartPtr<String> copyOf(const String& text)
+{
+    return new String(String::AcquireCopy, text);
+}
+
 /// A terminated text that came in.
-inline orv::String textOf(const char16_t* text)
+inline String textOf(const char16_t* text)
 {
     if (text == nullptr) orv::throwResult(E_POINTER);
-    return orv::String(text);
+    return String(text);
 }
 
 /// An object that came in. One that is none of the library's gives E_NOINTERFACE, null too.
-inline orv::Object* objectOf(orv::IORVUnknown* value)
+inline Object* objectOf(orv::IORVUnknown* value)
 {
-    auto* const object = dynamic_cast<orv::Object*>(value);
+    auto* const object = dynamic_cast<Object*>(value);
     if (object == nullptr) orv::throwResult(E_NOINTERFACE);
     return object;
 }
 
 /// Stores what `body` returns.
 template <class Value, class Body>
-orv::Result give(Value* out, Body&& body)
+Result give(Value* out, Body&& body)
 {
     if (out == nullptr) return E_POINTER;
     *out = Value{};
-    return orv::resultOf([&] { *out = body(); });
+    return resultOf([&] { *out = body(); });
 }
 
 /// Stores the text that `body` returns.
 template <class Body>
-orv::Result giveText(orv::util::ICharBuffer* out, Body&& body)
+Result giveText(IORVCharBuffer* out, Body&& body)
 {
     if (out == nullptr) return E_POINTER;
-    return orv::resultOf([&] {
-        orv::String text = body();
+    return resultOf([&] {
+        String text = body();
         orv::throwIfFailed(ORVCopyCharBuffer(out, &text));
     });
 }
 
 /// Stores the interface `iid` of the object that `body` returns; null gives E_FAIL.
 template <class Body>
-orv::Result giveInterface(const GUID& iid, void** out, Body&& body)
+Result giveInterface(const GUID& iid, void** out, Body&& body)
 {
     if (out == nullptr) return E_POINTER;
     *out = nullptr;
-    return orv::resultOf([&] {
+    return resultOf([&] {
         const auto object = body();
         orv::throwIfFailed(object ? object->QueryInterface(iid, out) : E_FAIL);
     });
@@ -61,7 +77,7 @@ orv::Result giveInterface(const GUID& iid, void** out, Body&& body)
 
 /// What an operation answers that only a class of the host can fulfil.
 template <class Value>
-orv::Result refuse(Value* out)
+Result refuse(Value* out)
 {
     if (out == nullptr) return E_POINTER;
     *out = Value{};
