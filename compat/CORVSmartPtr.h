@@ -28,6 +28,9 @@ public:
         : CORVSmartPtr(other.get())
     {
     }
+    template <class U>
+    requires std::convertible_to<U*, T*> CORVSmartPtr(CORVSmartPtr<U>&& other)
+    noexcept : m_object(other.detach()) {}
 
     ~CORVSmartPtr() noexcept(false)
     {

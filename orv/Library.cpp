@@ -14,6 +14,7 @@
 #include "orv/text/charset/internal/CodecTables.h"
 
 #include <clocale>
+#include <utility>
 
 namespace orv {
 
@@ -54,8 +55,8 @@ void takeDown()
     text::charset::CodecManager::freeInstance();
     ClassManager::freeInstance();
     endSockets();
-    delete g_pGlobalLock;
-    g_pGlobalLock = nullptr;
+    // Destroying it throws where a thread that is left over holds it.
+    delete std::exchange(g_pGlobalLock, nullptr);
     ORVSetNewHandler(previousNewHandler);
 }
 

@@ -32,6 +32,9 @@ public:
     {
         acquire();
     }
+    template <class U>
+    requires std::convertible_to<U*, T*> Reference(Reference<U>&& other)
+    noexcept : m_object(other.detach()) {}
 
     ~Reference() noexcept(false)
     {

@@ -53,8 +53,8 @@ TYPED_TEST(ReferenceTest, assignmentTakesTheNewBeforeTheOldGoes)
     EXPECT_EQ(head->GetRefCount(), 1u);
     head = head.get();
     EXPECT_EQ(head->GetRefCount(), 1u);
-    head = nullptr;
-    EXPECT_FALSE(head);
+    const typename TypeParam::template Pointer<const Object> asObject = std::move(head);
+    EXPECT_EQ(asObject->GetRefCount(), 1u);
     EXPECT_TRUE(head == nullptr);
 }
 
