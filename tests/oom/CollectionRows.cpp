@@ -50,11 +50,12 @@ struct Collected {
 template <class Collection, class Operation>
 void addRow(std::vector<Row>& rows, const char* name, Operation operation)
 {
-    rows.push_back(partial(row(
+    rows.push_back(row(
         name, [] { return Collected<Collection>(); },
         [=](Collected<Collection>& to) {
             for (int i = 0; i < 90; ++i) operation(*to.it, i);
-        })));
+        },
+        Promise::Partial));
 }
 
 } // namespace

@@ -27,22 +27,11 @@ std::string name8(const char16_t* name)
 
 void addEncoding(std::vector<Row>& rows, const char16_t* name)
 {
-    rows.push_back(product("decoder of " + name8(name), [=] {
-        const Reference<ByteToCharConverter> it(ByteToCharConverter::getConverter(name));
-        return String(it->getEncodingName());
-    }));
-    rows.push_back(product("encoder of " + name8(name), [=] {
-        const Reference<CharToByteConverter> it(CharToByteConverter::getConverter(name));
-        return String(it->getEncodingName());
-    }));
     rows.push_back(product("bytes and back by " + name8(name), [=] {
         util::RWByteBuffer bytes;
         String(TEXT).getBytes(&bytes, name);
         return String(bytes.getData(), bytes.getLength(), name);
     }));
-    rows.push_back(row(
-        "keep the bytes of " + name8(name), [] { return String(TEXT); },
-        [=](String& text) { text.getBytes(name); }));
 }
 
 /// Throws for the text or the bytes that have no other side.
@@ -72,23 +61,18 @@ void addFailures(std::vector<Row>& rows)
     }));
 }
 
-void addForeignCodec(std::vector<Row>& rows)
+void addCodecs(std::vector<Row>& rows)
 {
     const auto codec = makeReference<FakeCodec>();
     rows.push_back(product("decoder over a codec",
                            [=] { return String(BTCCom(codec.get()).getEncodingName()); }));
-    rows.push_back(product("encoder over a codec",
-                           [=] { return String(CTBCom(codec.get()).getEncodingName()); }));
-}
-
-void addRegistration(std::vector<Row>& rows)
-{
-    rows.push_back(onlyFresh(product("registerCodec", [] {
+    const auto registering = [] {
         CodecManager::getInstance()->registerCodec(u"an encoding of the tests",
                                                    u"orv::text::charset::CTBASCII",
                                                    u"orv::text::charset::BTCASCII");
         return String("abc", 3, u"An Encoding of the Tests");
-    })));
+    };
+    rows.push_back(product("registerCodec", registering, Promise::OnlyFresh));
 }
 
 } // namespace
@@ -99,8 +83,7 @@ std::vector<Row> converterRows()
     addEncoding(rows, nullptr);
     for (const char16_t* name : ENCODINGS) addEncoding(rows, name);
     addFailures(rows);
-    addForeignCodec(rows);
-    addRegistration(rows);
+    addCodecs(rows);
     return rows;
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "orv/Exception.h"
 #include "orv/Reference.h"
+#include "orv/Result.h"
+#include "orv/String.h"
 #include "platform/orvcore.h"
 #include "tests/support/Text.h"
 
@@ -10,7 +11,6 @@
 #include <functional>
 #include <limits>
 #include <memory>
-#include <new>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -18,7 +18,8 @@
 
 /// \file
 /// Operations with one of their allocations failing. A row makes an object while memory lasts,
-/// works on it while an allocation fails, and shows the state of the object before and after:
+/// works on it while an allocation fails, and shows the state of the object before and after. An
+/// operation that gives a Result is one of an interface, which must not throw.
 ///
 ///     row("append", [] { return String(u"abc"); }, [](String& text) { text.append(u"def"); })
 ///     product("copy", [] { return String(u"abc"); })     // a row that makes something of nothing
@@ -26,11 +27,6 @@
 /// SweepTest.cpp holds each row against what is promised, for every one of its allocations.
 
 namespace orv::test {
-
-/// What an interface operation gave: returning E_OUTOFMEMORY is its only way to run out of memory.
-struct Returned {
-    Result result;
-};
 
 enum class Ending {
     Done,
@@ -41,24 +37,19 @@ enum class Ending {
 template <class Operation>
 Ending endingOf(const Operation& operation)
 {
-    constexpr bool isInterface = std::is_same_v<decltype(operation()), Returned>;
-    try {
-        if constexpr (isInterface) {
-            const Result result = operation().result;
-            if (result == E_OUTOFMEMORY) return Ending::OutOfMemory;
-            return failed(result) ? Ending::Otherwise : Ending::Done;
+    Result returned = S_OK;
+    const Result thrown = resultOf([&] {
+        if constexpr (std::is_same_v<decltype(operation()), Result>) {
+            returned = operation();
         } else {
             operation();
-            return Ending::Done;
         }
-    } catch (const Exception& exception) {
-        const bool memory = exception.getResult() == E_OUTOFMEMORY;
-        return memory && !isInterface ? Ending::OutOfMemory : Ending::Otherwise;
-    } catch (const std::bad_alloc&) {
-        return isInterface ? Ending::Otherwise : Ending::OutOfMemory;
-    } catch (...) {
-        return Ending::Otherwise;
-    }
+    });
+    const bool isInterface = std::is_same_v<decltype(operation()), Result>;
+    const Result result = isInterface ? returned : thrown;
+    if (isInterface && failed(thrown)) return Ending::Otherwise;
+    if (result == E_OUTOFMEMORY) return Ending::OutOfMemory;
+    return failed(result) ? Ending::Otherwise : Ending::Done;
 }
 
 /// The state of an object, as text. A class of the tests says it by state(), which may consume.
@@ -92,15 +83,18 @@ struct Outcome {
     std::string afterSecond; ///< where the first one ran out: the same again with memory
 };
 
+enum class Promise {
+    Unchanged, ///< without memory
+    Partial,   ///< a part may have been done, never anything else than the beginning
+    OnlyFresh, ///< unchanged, but doing it a second time in a process is another thing
+};
+
 struct Row {
     std::string name;
     /// Runs the operation with its `nth` allocation failing, and with `forever` all later ones; 0
     /// lets none fail.
     std::function<Outcome(std::uint64_t nth, bool forever)> run;
-    /// Whether a part may have been done without memory, never anything else than the beginning.
-    bool partial = false;
-    /// Whether doing it a second time in a process is another thing.
-    bool onlyFresh = false;
+    Promise promise;
 };
 
 /// Runs `operation` within the countdown and returns the number of its allocations.
@@ -114,9 +108,10 @@ std::uint64_t countDown(std::uint64_t nth, bool forever, Ending& ending, Operati
 }
 
 template <class Make, class Operation>
-Row row(std::string name, Make make, Operation operation)
+Row row(std::string name, Make make, Operation operation, Promise promise = Promise::Unchanged)
 {
-    return {std::move(name), [=](std::uint64_t nth, bool forever) {
+    return {std::move(name),
+            [=](std::uint64_t nth, bool forever) {
                 Outcome outcome;
                 auto object = make();
                 const auto operate = [&] { return operation(object); };
@@ -136,30 +131,17 @@ Row row(std::string name, Make make, Operation operation)
                 outcome.before = stateOf(untouched);
                 outcome.after = ending == Ending::OutOfMemory ? stateOf(left) : outcome.before;
                 return outcome;
-            }};
+            },
+            promise};
 }
 
 template <class Produce>
-Row product(std::string name, Produce produce)
+Row product(std::string name, Produce produce, Promise promise = Promise::Unchanged)
 {
     using Product = std::optional<decltype(produce())>;
     return row(
         std::move(name), [] { return Product(); },
-        [=](Product& product) { product.emplace(produce()); });
-}
-
-/// A row of which a part may have been done.
-inline Row partial(Row row)
-{
-    row.partial = true;
-    return row;
-}
-
-/// A row that is run in processes of its own only.
-inline Row onlyFresh(Row row)
-{
-    row.onlyFresh = true;
-    return row;
+        [=](Product& product) { product.emplace(produce()); }, promise);
 }
 
 std::vector<Row> bufferRows();
