@@ -156,6 +156,9 @@ TEST(SocketFunctions, askAddressesByTheirFamily)
 TEST(Library, endsTheSocketsWithItself)
 {
     EXPECT_EQ(OrvNetTcpSocketStaticInit(), ORV_E_SOCKET_OK);
+    EXPECT_EQ(ORVCLLibInit(), S_OK);
+    EXPECT_EQ(ORVCLLibUninit(), S_OK);
+    ASSERT_NE(g_pGlobalLock, nullptr) << "the library is started and ended once";
     EXPECT_EQ(ORVCLLibUninit(), S_OK);
     EXPECT_EQ(g_pGlobalLock, nullptr);
     EXPECT_EQ(orvcore::stopSockets(), orvcore::SOCKET_NOT_INITIALISED) << "they were stopped";
