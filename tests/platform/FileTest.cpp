@@ -62,8 +62,6 @@ protected:
     {
         ORVHandle file = 0;
         EXPECT_EQ(ORVFileOpen(path.c_str(), flags, 0700, &file), S_OK);
-        EXPECT_NE(file, 0u);
-        EXPECT_NE(file, ORV_NO_HANDLE);
         return file;
     }
 
@@ -101,9 +99,6 @@ TEST_F(Files, pathsThatCannotBeOpenedFailWithTheirReason)
             << testing::PrintToString(name);
         EXPECT_EQ(file, ORV_NO_HANDLE);
     }
-    ORVHandle file = 0;
-    EXPECT_EQ(ORVFileOpen(nullptr, forReading, 0, &file), E_POINTER);
-    EXPECT_EQ(ORVFileOpen(u"x", forReading, 0, nullptr), E_POINTER);
 }
 
 TEST_F(Files, drivesAndSlashesLeadToOneFile)
@@ -132,7 +127,6 @@ TEST_F(Files, whatIsLeftIsClamped)
     EXPECT_EQ(orvcore::availableInFile(file), INT32_MAX);
     EXPECT_EQ(ORVFileClose(file), S_OK);
     EXPECT_EQ(ORVFileGetSize(file, &number), failure(6));
-    EXPECT_EQ(orvcore::flushFile(file), failure(6));
 }
 
 struct Pipe {

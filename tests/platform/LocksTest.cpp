@@ -68,6 +68,40 @@ TEST(TimedWaits, lastAsLongAsToldThroughInterruptions)
     EXPECT_EQ(ORVConditionRelease(objects.condition), S_OK);
 }
 
+// A waiter whose time has gone takes a signal that comes before it has left.
+TEST(TimedWaits, loseNoSignalThatComesAsTheyEnd)
+{
+    const Objects objects;
+    for (int round = 0; round < 100; ++round) {
+        const auto moment = steady_clock::now() + std::chrono::microseconds(1000 + round);
+        std::thread signaller([&] {
+            while (steady_clock::now() < moment) {
+            }
+            ORVEventSignal(objects.event);
+        });
+        const ORVResult result = ORVEventTimedWait(objects.event, 1);
+        signaller.join();
+        EXPECT_EQ(ORVEventTimedWait(objects.event, 0), result == S_OK ? timedOut : S_OK);
+    }
+}
+
+TEST(Locks, stayWhileAnotherThreadHoldsThem)
+{
+    const Objects objects;
+    ORVMutexAcquire(objects.mutex);
+    ORVRWLockAcquireRead(objects.lock);
+    ORVConditionAcquire(objects.condition);
+    std::thread([&] {
+        constexpr ORVResult busy = ORVMakeResult(0x800700AAu);
+        EXPECT_EQ(ORVMutexDestroy(objects.mutex), busy);
+        EXPECT_EQ(ORVRWLockDestroy(objects.lock), busy);
+        EXPECT_EQ(ORVConditionDestroy(objects.condition), busy);
+    }).join();
+    EXPECT_EQ(ORVMutexRelease(objects.mutex), S_OK);
+    EXPECT_EQ(ORVRWLockReleaseRead(objects.lock), S_OK);
+    EXPECT_EQ(ORVConditionRelease(objects.condition), S_OK);
+}
+
 TEST(Gate, anOpeningLetsAllSleepersPassThoughItClosesAtOnce)
 {
     const Objects objects;

@@ -39,7 +39,6 @@ TEST(Path, relativePathsCountFromTheCurrentFolder)
     char16_t folder[64];
     const std::int32_t length = orvcore::currentFolder(folder, 64);
     const std::u16string current(folder);
-    EXPECT_EQ(static_cast<std::size_t>(length), current.size());
     EXPECT_EQ(current.substr(0, 6), u"\\proc\\");
     EXPECT_EQ(current.back(), u'\\');
     EXPECT_EQ(expand(u"a/../b"), u"C:" + current + u"b");
@@ -63,9 +62,6 @@ TEST(Path, whatDoesNotFitIsRefused)
     EXPECT_EQ(expand(u"/" + std::u16string(258, u'x')), u"too small");
     EXPECT_EQ(expand(u"/" + std::u16string(258, u'x') + u"/../y"), u"C:\\y");
     EXPECT_EQ(expand(u"/" + std::u16string(100000, u'x')), u"too small");
-    char16_t buffer[4];
-    EXPECT_EQ(ORVPathExpand(nullptr, buffer, 4), E_POINTER);
-    EXPECT_EQ(ORVPathExpand(u"a", nullptr, 4), E_POINTER);
 }
 
 } // namespace

@@ -84,13 +84,6 @@ std::vector<std::u16string> keysOf(const std::u16string& path)
     return names;
 }
 
-std::vector<std::u16string> valuesOf(ORVHandle handle)
-{
-    return rest([&](char16_t* name, std::uint32_t* length) {
-        return ORVRegistryEnumNextValue(handle, name, length, nullptr, nullptr, nullptr);
-    });
-}
-
 using Names = std::vector<std::u16string>;
 
 /// A store of the test's own.
@@ -225,7 +218,10 @@ TEST_F(Registry, enumeratesASnapshotInOrder)
     length = 5;
     EXPECT_EQ(ORVRegistryEnumNextValue(handle, name, &length, nullptr, nullptr, nullptr), tooSmall);
     EXPECT_EQ(length, 5u);
-    EXPECT_EQ(valuesOf(handle), (Names{u"Alpha", u"alpha2", u"beta", u"\xD83D\xDE00", u"\uFF21"}));
+    EXPECT_EQ(rest([&](char16_t* to, std::uint32_t* room) {
+                  return ORVRegistryEnumNextValue(handle, to, room, nullptr, nullptr, nullptr);
+              }),
+              (Names{u"Alpha", u"alpha2", u"beta", u"\xD83D\xDE00", u"\uFF21"}));
     length = 255;
     EXPECT_EQ(ORVRegistryEnumNextKey(handle, name, &length), noMoreItems);
     EXPECT_EQ(ORVRegistryCloseEnum(handle), S_OK);
@@ -250,8 +246,6 @@ TEST_F(Registry, refusesWhatItCannotKeep)
         EXPECT_EQ(ORVRegistrySetValue(ORV_HKEY_USER, u"k", u"v", type, "12345678", size), result)
             << type;
     }
-    EXPECT_EQ(ORVRegistrySetValue(ORV_HKEY_USER, nullptr, u"v", 0, "", 0), E_POINTER);
-    EXPECT_EQ(ORVRegistrySetValue(ORV_HKEY_USER, u"k", u"v", 0, nullptr, 1), E_POINTER);
 }
 
 TEST_F(Registry, liesWhereTheEnvironmentSays)
@@ -259,7 +253,6 @@ TEST_F(Registry, liesWhereTheEnvironmentSays)
     const orv::test::ScopedVariable home("HOME", (m_folder / "home").c_str());
     orv::test::ScopedVariable config("XDG_CONFIG_HOME", nullptr);
     EXPECT_EQ(get(u"k", u"v"), missing);
-    EXPECT_EQ(ORVRegistryDeleteKey(ORV_HKEY_USER, u"k"), notFound);
     EXPECT_FALSE(std::filesystem::exists(m_file)) << "asking makes no file";
     set(u"k", u"v", "given");
     struct stat status {};

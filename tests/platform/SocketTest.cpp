@@ -71,11 +71,6 @@ TEST(SocketAddress, goesToTheSystemsFormAndBack)
         EXPECT_FALSE(addressFromNative(plain, size - 1, &address));
         EXPECT_EQ(address.family, 0);
     }
-    sockaddr unix{};
-    unix.sa_family = AF_UNIX;
-    orv_sockaddr_union address{};
-    EXPECT_FALSE(addressFromNative(&unix, sizeof unix, &address));
-    EXPECT_FALSE(addressFromNative(nullptr, 16, &address));
 }
 
 TEST(Socket, isCloseOnExecAndClearOfTheStandardStreams)

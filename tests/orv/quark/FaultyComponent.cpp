@@ -1,4 +1,5 @@
-#include "orv/Exception.h"
+#include "orv/Failure.h"
+#include "orv/String.h"
 #include "orv/quark/ClassRow.h"
 #include "orv/quark/Component.h"
 #include "orv/quark/DllModule.h"
@@ -14,23 +15,9 @@ namespace {
 
 using namespace orv;
 
-struct OwnException : ResultException {
-    OwnException() : ResultException(makeResult(0x80070043u)) {}
+struct Thrower : Object {
+    std::int32_t compareTo(const Object&) const override { throwResult(makeResult(0x80070043u)); }
 };
-
-/// Tells how many class factories were made for it, and throws the component's own exception.
-struct Teller : Object {
-    std::uint32_t hashCode() const override { return s_factories; }
-    std::int32_t compareTo(const Object&) const override { throw OwnException(); }
-    static inline std::atomic<std::uint32_t> s_factories{0};
-};
-
-Result countedFactory(quark::Module* module, quark::CreateInstanceQI create, const GUID& iid,
-                      void** out)
-{
-    ++Teller::s_factories;
-    return quark::ClassFactory::Create(module, create, iid, out);
-}
 
 struct FaultyFactory : quark::ClassFactory {
     explicit FaultyFactory(std::uint32_t faultOf) : fault(faultOf) {}
@@ -49,12 +36,9 @@ struct FaultyFactory : quark::ClassFactory {
 
 quark::DllModule& module()
 {
-    static constexpr GUID teller{0, 0, 0, {}}, text{1, 0, 0, {}};
-    constexpr auto none = &ComObject::GetComProgID;
-    static quark::ClassData classes[] = {
-        {&teller, &quark::createInstance<Teller>, &countedFactory, none, none, none, none},
-        quark::classRow<String>(text),
-        quark::endOfClasses()};
+    static constexpr GUID thrower{0, 0, 0, {}}, text{1, 0, 0, {}};
+    static quark::ClassData classes[] = {quark::classRow<Thrower>(thrower),
+                                         quark::classRow<String>(text), quark::endOfClasses()};
     static quark::DllModule instance(classes);
     return instance;
 }

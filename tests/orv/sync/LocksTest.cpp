@@ -109,6 +109,7 @@ TEST(SyncEvent, tryWaitIsFalseAndLeavesTheSignal)
     Event event;
     EXPECT_FALSE(event.wait(0u));
     event.signal();
+    event.signal(); // adds nothing to the first
     EXPECT_FALSE(event.tryWait());
     EXPECT_TRUE(event.wait(0u));
     EXPECT_FALSE(event.wait(1u));
