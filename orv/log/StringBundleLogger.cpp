@@ -1,5 +1,6 @@
 #include "orv/log/StringBundleLogger.h"
 
+#include "orv/Failure.h"
 #include "orv/String.h"
 #include "orv/collections/List.h"
 #include "orv/i18n/StringBundle.h"
@@ -40,8 +41,10 @@ String formatted(const String& pattern, Arguments& arguments)
     String text(pattern);
     std::int32_t start = 0;
     for (const auto& [place, number] : places) {
+        const Reference<Object> argument = arguments.get(number);
+        if (!argument) throwResult(E_POINTER);
         const String token = placeholder(number);
-        const String value = arguments.get(number)->toString();
+        const String value = argument->toString();
         const std::int32_t found = text.indexOf(token, start);
         text.replace(found, token.getLength(), value);
         start = found + value.getLength();
@@ -55,6 +58,7 @@ String formatted(const String& pattern, Arguments& arguments)
 StringBundleLogger::StringBundleLogger(const i18n::StringBundle* bundle, ILevelLogger* target)
     : m_target(target), m_bundle(const_cast<i18n::StringBundle*>(bundle))
 {
+    if (bundle == nullptr || target == nullptr) throwResult(E_POINTER);
 }
 
 StringBundleLogger::~StringBundleLogger() noexcept(false) = default;

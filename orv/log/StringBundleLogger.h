@@ -24,14 +24,15 @@ namespace orv::log {
 /// Threads: as many as the target takes.
 class ORV_API StringBundleLogger : public Object {
 public:
-    /// Takes a count on both.
+    /// Takes a count on both. Throws ResultException with E_POINTER for null.
     StringBundleLogger(const i18n::StringBundle* bundle, ILevelLogger* target);
     ~StringBundleLogger() noexcept(false) override;
 
     /// Logs the text of `key` with each `{0}`, `{1}` ... replaced by the toString() of that
     /// argument. Numbering stops at the first number that does not occur in the text, and what was
-    /// put in is not looked at again. Where the text asks for an argument that is not there, it is
-    /// logged with all its placeholders. What the target throws goes to the caller.
+    /// put in is not looked at again. Where the text asks for an argument that is not there, or for
+    /// one that is null or cannot be printed, it is logged with all its placeholders. What the
+    /// target throws goes to the caller.
     virtual void log(std::int32_t level, const String& key,
                      const collections::List<Object>& arguments);
     /// Logs the text of `key` as it stands.

@@ -10,6 +10,9 @@
 #include "orv/io/InputStreamReader.h"
 #include "orv/io/OutputStreamWriter.h"
 #include "orv/io/StringWriter.h"
+#include "orv/log/AsyncProcessor.h"
+#include "orv/log/BasicLogWriter.h"
+#include "orv/log/Logger.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <array>
@@ -158,6 +161,35 @@ void addFiles(std::vector<Row>& rows)
     }));
 }
 
+/// A log in memory. Its state is all that is in it when a queue before it has stopped.
+struct Log {
+    Reference<StringWriter> text = makeReference<StringWriter>(1);
+    Reference<log::Logger> logger = log::Logger::create();
+
+    std::string state()
+    {
+        logger = nullptr;
+        return stateOf(text->toString());
+    }
+};
+
+void addLogs(std::vector<Row>& rows)
+{
+    for (const bool isQueued : {false, true}) {
+        const auto open = [=] {
+            Log log;
+            Reference<log::ILogProcessor> end = log::BasicLogWriter::create(log.text.get());
+            if (isQueued) end = log::AsyncProcessor::create(end.get(), 0);
+            log.logger->addProcessor(end.get());
+            return log;
+        };
+        const auto fill = [](Log& log) {
+            for (const std::int32_t length : {5, 700}) log.logger->log(1, String(u'x', length));
+        };
+        rows.push_back(row(isQueued ? "log, queued" : "log", open, fill, Promise::Partial));
+    }
+}
+
 } // namespace
 
 std::vector<Row> streamRows()
@@ -166,6 +198,7 @@ std::vector<Row> streamRows()
     addOutputs(rows);
     addInputs(rows);
     addFiles(rows);
+    addLogs(rows);
     return rows;
 }
 

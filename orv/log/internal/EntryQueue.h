@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orv/CoreAllocated.h"
 #include "orv/Reference.h"
 #include "orv/log/ILogEntry.h"
 
@@ -18,7 +19,7 @@ public:
     EntryQueue(const EntryQueue&) = delete;
     EntryQueue& operator=(const EntryQueue&) = delete;
 
-    /// Adds `entry` at the end. Throws std::bad_alloc and adds nothing.
+    /// Adds `entry` at the end. Throws OutOfMemoryException and adds nothing.
     void append(const ILogEntry* entry)
     {
         if (m_last == nullptr || m_end == BLOCK_SIZE) addBlock();
@@ -58,7 +59,7 @@ public:
 private:
     static constexpr std::size_t BLOCK_SIZE = 126;
 
-    struct Block {
+    struct Block : CoreAllocated {
         Block* next = nullptr;
         const ILogEntry* entries[BLOCK_SIZE];
     };

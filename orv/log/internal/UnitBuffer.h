@@ -1,9 +1,9 @@
 #pragma once
 
+#include "orv/OwningArray.h"
 #include "orv/String.h"
 
 #include <cstring>
-#include <string>
 #include <string_view>
 
 namespace orv::log::internal {
@@ -33,7 +33,7 @@ private:
     void grow(std::size_t more);
 
     char16_t m_short[SHORT_TEXT];
-    std::u16string m_long;
+    OwningArray<char16_t> m_long;
     char16_t* m_begin = m_short;
     char16_t* m_end = m_short;
     std::size_t m_room = SHORT_TEXT;

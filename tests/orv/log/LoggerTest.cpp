@@ -161,7 +161,8 @@ TEST(StringBundleLogger, fillsInTheArgumentsOrNone)
     const auto target = makeReference<Target>();
     StringBundleLogger logger(bundle.get(), target.get());
     const Reference<Object> objects[] = {makeReference<String>(u"<{1}>"),
-                                         makeReference<Integer32>(7), makeReference<Unprintable>()};
+                                         makeReference<Integer32>(7), makeReference<Unprintable>(),
+                                         nullptr};
     using Row = std::tuple<const char16_t*, std::vector<int>, const char16_t*>;
     for (const auto& [pattern, indices, expected] :
          {Row{u"{0} and {0}", {}, u"{0} and {0}"},
@@ -171,6 +172,7 @@ TEST(StringBundleLogger, fillsInTheArgumentsOrNone)
           {u"{0}{1}{0}", {0, 1}, u"<{1}>7<{1}>"},
           {u"{0} {2}", {0, 1}, u"<{1}> {2}"},
           {u"{0}", {2}, u"{0}"},
+          {u"{1}{0}", {0, 3}, u"{1}{0}"},
           {nullptr, {0}, u"{0} key"}}) { // no text, so nothing is filled in
         collections::List<Object> arguments(makeReference<collections::quark::ArrayList>().get());
         for (const int index : indices) arguments.add(objects[index].get());
