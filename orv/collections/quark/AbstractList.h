@@ -3,10 +3,6 @@
 #include "orv/collections/quark/AbstractCollection.h"
 #include "orv/collections/quark/List.h"
 
-namespace orv::collections::internal {
-class LinkedListCursor;
-}
-
 namespace orv::collections::quark {
 
 /// A list out of its access by index: what remains to be written is getSize(), get(), set(),
@@ -62,7 +58,6 @@ private:
     friend class AbstractListIterator;
     friend class AbstractListSubList;
     friend class ElementCursor;
-    friend class internal::LinkedListCursor;
 };
 
 } // namespace orv::collections::quark

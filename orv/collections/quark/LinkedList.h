@@ -3,6 +3,10 @@
 #include "orv/collections/quark/AbstractList.h"
 #include "orv/collections/quark/ListNode.h"
 
+namespace orv::collections::internal {
+class LinkedListCursor;
+}
+
 namespace orv::collections::quark {
 
 /// A list on a ring of nodes: a queue, with add(element) and remove(0) in constant time.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <list>
 #include <optional>
@@ -11,36 +12,35 @@ namespace orv::test {
 /// The tables of the hash maps, written down as they are told: a list for each bucket.
 class ChainModel {
 public:
-    struct Entry {
-        std::uint32_t hash;
-        std::int32_t key;
-        std::optional<std::int32_t> value; ///< none is null
-    };
+    using Value = std::optional<std::int32_t>; ///< none is null
 
     ChainModel(std::int32_t capacity, float load)
-        : m_load(load), m_table(static_cast<std::size_t>(capacity < 1 ? 1 : capacity))
+        : m_load(load), m_table(static_cast<std::size_t>(std::max(capacity, 1)))
     {
     }
 
-    std::optional<std::int32_t> put(std::int32_t key, std::uint32_t hash,
-                                    std::optional<std::int32_t> value)
+    Value put(std::int32_t key, std::uint32_t hash, Value value)
     {
-        if (Entry* const entry = find(key, hash)) return std::exchange(entry->value, value);
+        for (Entry& entry : bucket(hash)) {
+            if (entry.key == key) return std::exchange(entry.value, value);
+        }
         if (size >= static_cast<std::int32_t>(static_cast<float>(m_table.size()) * m_load)) grow();
         bucket(hash).push_front({hash, key, value});
         ++size;
         return {};
     }
 
-    std::optional<std::int32_t> get(std::int32_t key, std::uint32_t hash)
+    Value get(std::int32_t key, std::uint32_t hash)
     {
-        Entry* const entry = find(key, hash);
-        return entry != nullptr ? entry->value : std::nullopt;
+        for (const Entry& entry : bucket(hash)) {
+            if (entry.key == key) return entry.value;
+        }
+        return {};
     }
 
-    std::optional<std::int32_t> remove(std::int32_t key, std::uint32_t hash)
+    Value remove(std::int32_t key, std::uint32_t hash)
     {
-        const auto value = get(key, hash);
+        const Value value = get(key, hash);
         size -= static_cast<std::int32_t>(
             bucket(hash).remove_if([&](const Entry& entry) { return entry.key == key; }));
         return value;
@@ -51,20 +51,13 @@ public:
         for (auto& chain : m_table) chain.clear();
     }
 
-    /// The entries from the first bucket to the last.
-    std::vector<Entry> upward() const
-    {
-        std::vector<Entry> entries;
-        for (const auto& chain : m_table) entries.insert(entries.end(), chain.begin(), chain.end());
-        return entries;
-    }
-
-    /// The keys from the last bucket to the first.
-    std::vector<std::int32_t> downward() const
+    /// The keys from the last bucket to the first, or the other way.
+    std::vector<std::int32_t> keys(bool downward = true) const
     {
         std::vector<std::int32_t> keys;
-        for (std::size_t i = m_table.size(); i-- > 0;) {
-            for (const Entry& entry : m_table[i]) keys.push_back(entry.key);
+        for (std::size_t i = 0; i < m_table.size(); ++i) {
+            const auto& chain = m_table[downward ? m_table.size() - 1 - i : i];
+            for (const Entry& entry : chain) keys.push_back(entry.key);
         }
         return keys;
     }
@@ -72,17 +65,14 @@ public:
     std::int32_t size = 0;
 
 private:
+    struct Entry {
+        std::uint32_t hash;
+        std::int32_t key;
+        Value value;
+    };
     using Chain = std::list<Entry>;
 
     Chain& bucket(std::uint32_t hash) { return m_table[hash % m_table.size()]; }
-
-    Entry* find(std::int32_t key, std::uint32_t hash)
-    {
-        for (Entry& entry : bucket(hash)) {
-            if (entry.key == key) return &entry;
-        }
-        return nullptr;
-    }
 
     void grow()
     {

@@ -3,6 +3,7 @@
 #include "orv/Integers.h"
 #include "orv/Object.h"
 #include "orv/Reference.h"
+#include "orv/String.h"
 #include "orv/collections/quark/Collection.h"
 
 #include <vector>
@@ -42,6 +43,21 @@ template <class Collection>
 void fill(Collection& collection, const std::vector<int>& values)
 {
     for (const int value : values) collection.add(boxed(value).get());
+}
+
+/// A text as an element.
+inline Reference<String> text(const char16_t* units)
+{
+    return makeReference<String>(units);
+}
+
+/// The texts one behind the other, with - for null.
+template <class Texts>
+String joined(const Texts& texts)
+{
+    String all;
+    for (const String* part : texts) all.append(part != nullptr ? *part : String(u"-"));
+    return all;
 }
 
 } // namespace orv::test
