@@ -159,7 +159,7 @@ TYPED_TEST(HashTables, agreeWithAPlainTableOfLists)
         for (int step = 0; step < 1200; ++step) {
             // Numbers that share buckets, and negative ones.
             const auto pick = static_cast<std::int32_t>(random() % static_cast<unsigned>(keys));
-            const std::int32_t key = (pick % 5 == 0 ? -1 : 1) * (pick + pick % 3 * 2020);
+            const std::int32_t key = (pick % 5 == 0 ? -1 : 1) * (pick / 2 + pick % 2 * 2020);
             const std::uint32_t hash = TypeParam::hash(key);
             const auto choice = load == 0.0F && step > 20 ? 130 : random() % 400;
             if (choice == 0) {
@@ -212,6 +212,17 @@ TEST(StringHashMap, looksUpTextsByLengthAndGivesKeySetsThatStay)
     map.remove(String(u"none"));
     EXPECT_EQ(keys->getSize(), 2);
     EXPECT_TRUE(keys->contains(makeReference<String>(u"none").get()));
+}
+
+TEST(IntegerHashMap, usesThePlacesAgainOfWhatIsTakenOut)
+{
+    IntegerHashMap map;
+    static_cast<void>(orvcore::failAllocation(UINT32_MAX, false));
+    for (int key = 0; key < 3000; ++key) {
+        map.put(key, nullptr);
+        map.remove(key - 20);
+    }
+    EXPECT_GT(orvcore::failAllocation(0, false), 50u) << "few blocks are long ones";
 }
 
 /// The keys 1 and 102, which share a bucket of 101, and 7, each with its negative value.
@@ -337,8 +348,7 @@ TEST(HashMap, leavesAnEntryToWhoeverHoldsIt)
         const auto entries = map->createEntrySet();
         map->put(boxed(1).get(), toUnknown(makeReference<Living>(1).get()));
         held = entries->createIterator()->next();
-        EXPECT_EQ(entryOf(held).compareTo(*map), 0);
-        EXPECT_TRUE(entryOf(held).equals(*map));
+        EXPECT_TRUE(entryOf(held).equals(*map) && entryOf(held).compareTo(*map) == 0);
         EXPECT_EQ(map->hashCode(), 0u);
         EXPECT_EQ(tagOf(entryOf(held).setValue(toUnknown(makeReference<Living>(2).get()))), 1);
         EXPECT_EQ(tagOf(map->get(boxed(1).get())), 2);
@@ -358,6 +368,18 @@ TEST(HashMap, leavesAnEntryToWhoeverHoldsIt)
 TEST(HashMap, takesEntriesBackFromOtherThreads)
 {
     const auto map = makeReference<HashMap>();
+    const auto allocationsIn = [&](int rounds) {
+        static_cast<void>(orvcore::failAllocation(UINT32_MAX, false));
+        for (int round = 0; round < rounds; ++round) {
+            map->put(nullptr, nullptr);
+            const auto held = map->createEntrySet()->createIterator()->next();
+            map->remove(nullptr);
+        }
+        return orvcore::failAllocation(0, false);
+    };
+    EXPECT_GT(allocationsIn(1), 2u);
+    EXPECT_EQ(allocationsIn(100), 200u) << "the set and the iterator, but no place for an entry";
+
     for (int round = 0; round < 200; ++round) {
         for (int key = 0; key < 20; ++key) map->put(boxed(key).get(), boxed(key).get());
         std::vector<Reference<IORVUnknown>> held;

@@ -1,143 +1,208 @@
+#include "orv/log/Logger.h"
+
 #include "orv/collections/List.h"
+#include "orv/collections/Set.h"
 #include "orv/collections/StringHashMap.h"
 #include "orv/collections/quark/ArrayList.h"
 #include "orv/i18n/StringMapBundle.h"
-#include "orv/log/MultiProcessor.h"
+#include "orv/io/StringWriter.h"
+#include "orv/log/BasicLogWriter.h"
+#include "orv/log/LogEntry.h"
 #include "orv/log/StringBundleLogger.h"
 #include "orv/log/SyncLogger.h"
-#include "tests/orv/log/Entries.h"
+#include "orv/log/TimeStamp.h"
+#include "tests/orv/io/Streams.h"
+#include "tests/support/Living.h"
 
 #include <stdexcept>
 #include <thread>
-#include <vector>
 
 namespace orv::log {
 namespace {
 
-using test::basicText;
-using test::calling;
+using io::test::codeThrownBy;
+using orv::test::Living;
 
-/// A logger with a processor that keeps what it prints.
-struct Kept {
-    explicit Kept(const Reference<Logger>& to) : logger(to)
+const String LINE(u"-------------------------\n");
+constexpr const char16_t* NAMES[] = {u"timestamp", u"text",  u"sequence",
+                                     u"name",      u"level", u"thread"};
+
+/// A logger to memory, whose protected operations a test may call.
+class OpenLogger : public Logger {
+public:
+    template <class... Name>
+    explicit OpenLogger(const Name&... name) : Logger(name...)
     {
-        logger->addProcessor(
-            calling([this](const ILogEntry& entry) { texts += basicText(entry); }).get());
+        addProcessor(BasicLogWriter::create(m_text.get()).get());
     }
+    using Logger::getLogEntry;
+    using Logger::log;
+    String written() const { return m_text->toString(); }
 
-    Reference<Logger> logger;
-    std::u16string texts;
+private:
+    Reference<io::StringWriter> m_text = makeReference<io::StringWriter>(16);
 };
 
-const std::u16string LINE = u"-------------------------\n";
+/// The names of the fields in their order, with a blank behind each.
+String namesOf(const ILogEntry& entry)
+{
+    String names;
+    for (const String* name : entry.getFieldNames()) names.append(*name).append(u" ");
+    return names;
+}
+
+template <class T>
+Reference<const T> fieldOf(const ILogEntry& entry, const char16_t* name)
+{
+    return Reference<const T>(dynamic_cast<const T*>(entry.getField(name).get()));
+}
+
+TEST(LogEntry, givesWhatTheLoggerPutInInTheOrderOfTheNames)
+{
+    OpenLogger logger(u"here");
+    const auto set = LogEntry::create();
+    for (const char16_t* name : NAMES) {
+        logger.enableField(name, true);
+        set->setField(name, makeReference<Integer32>(0).get());
+    }
+    String text(u"of the caller");
+    const auto entry = logger.getLogEntry(-7, text);
+    text.setCharAt(0, u'X');
+    EXPECT_EQ(namesOf(*entry), u"sequence level text name thread timestamp ");
+    EXPECT_EQ(namesOf(*set), namesOf(*entry)) << "whatever the order of setting";
+    EXPECT_EQ(*fieldOf<Integer32>(*entry, u"level"), -7);
+    EXPECT_EQ(*fieldOf<String>(*entry, u"text"), u"of the caller");
+    EXPECT_EQ(*fieldOf<Integer32>(*entry, u"sequence"), 0);
+    EXPECT_EQ(*fieldOf<UInteger32>(*entry, u"thread"), static_cast<std::uint32_t>(::gettid()));
+    EXPECT_EQ(*fieldOf<String>(*entry, u"name"), u"here");
+    EXPECT_TRUE(fieldOf<TimeStamp>(*entry, u"timestamp"));
+    EXPECT_EQ(entry->getField(u"text"), entry->getField(u"text")) << "one object";
+
+    const int before = Living::count();
+    entry->setField(u"text", makeReference<Living>().get());
+    EXPECT_TRUE(fieldOf<Living>(*entry, u"text"));
+    entry->setField(u"text", nullptr);
+    EXPECT_EQ(Living::count(), before);
+    EXPECT_FALSE(entry->hasField(u"text") || entry->hasField(u"never set"));
+    EXPECT_EQ(codeThrownBy([&] { entry->getField(u"text"); }), 0x80070026);
+    EXPECT_EQ(namesOf(*entry), namesOf(*set)) << "named without a value";
+}
+
+// The writers take the values of a Logger's entry without its map; what they print must be what
+// the map gives.
+TEST(LogEntry, printsAlikeFromPlainValuesAndFromItsFields)
+{
+    for (unsigned choice = 0; choice < 64; ++choice) {
+        OpenLogger logger(u"na\u00EFve <logger>");
+        for (unsigned i = 0; i < 6; ++i) logger.enableField(NAMES[i], (choice >> i & 1) != 0);
+        const std::int32_t level = choice % 2 == 0 ? INT32_MIN : static_cast<std::int32_t>(choice);
+        const auto entry = logger.getLogEntry(level, u"a text");
+        logger.log(entry.get());
+        String lines;
+        for (const String* name : entry->getFieldNames()) {
+            lines.append(*name + u"=" + entry->getField(*name)->toString() + u"\n");
+        }
+        EXPECT_EQ(logger.written(), lines + LINE) << choice;
+    }
+}
+
+TEST(LogEntry, speaksInResultCodesToComponents)
+{
+    const auto entry = LogEntry::create();
+    quark::ILogEntry* const face = entry.get();
+    const auto value = makeReference<Integer32>(5);
+    EXPECT_EQ(face->SetField(u"five", toUnknown(value.get())), S_OK);
+    EXPECT_EQ(face->SetField(u"none", nullptr), E_FAIL);
+    EXPECT_EQ(face->SetField(nullptr, toUnknown(value.get())), E_POINTER);
+    EXPECT_EQ(face->HasField(u"five"), 0);
+    EXPECT_EQ(face->HasField(u"none"), 1);
+
+    void* out = nullptr;
+    ASSERT_EQ(face->GetField(u"five", IORVUnknown::IID, &out), S_OK);
+    EXPECT_EQ(Reference<IORVUnknown>::adopt(static_cast<IORVUnknown*>(out)),
+              toUnknown(value.get()));
+    EXPECT_EQ(face->GetField(u"five", quark::ILogEntry::IID, &out), E_NOINTERFACE);
+    EXPECT_EQ(face->GetField(u"none", IORVUnknown::IID, &out), E_FAIL);
+    EXPECT_EQ(out, nullptr);
+
+    quark::IFieldIterator* walk = nullptr;
+    ASSERT_EQ(face->GetFieldIterator(&walk), S_OK);
+    const auto names = Reference<quark::IFieldIterator>::adopt(walk);
+    const auto name = makeReference<String>(u"before");
+    EXPECT_EQ(names->HasNext(), 0);
+    EXPECT_EQ(names->Next(name.get()), S_OK);
+    EXPECT_EQ(*name, u"five");
+    EXPECT_EQ(names->HasNext(), 1);
+    EXPECT_EQ(names->Next(name.get()), E_FAIL);
+}
+
+TEST(TimeStamp, isPrintedForFilesAndForReaders)
+{
+    const std::pair<TimeStamp, const char16_t*> rows[] = {
+        {TimeStamp({2024, 1, 5, 5, 7, 8, 9, 10}), u"20240105070809.010"},
+        {TimeStamp({0, 0, 0, 0, 0, 0, 1, 0}), u"1.000"},
+        {TimeStamp({0, 0, 0, 0, 0, 0, 0, 7}), u"0.007"},
+        {TimeStamp({2026, 12, 0, 31, 23, 59, 100, 65535}), u"20261231236065.535"},
+        {TimeStamp(std::int32_t{951782399}), u"20000228235959.000"},
+    };
+    for (const auto& [stamp, text] : rows) EXPECT_EQ(stamp.toLog(), text);
+
+    const TimeStamp stamp(STRUCT_ORV_TIME{2026, 11, 6, 14, 8, 22, 28, 123});
+    EXPECT_EQ(stamp.toString(), u"11/14/26 08:22:28");
+    EXPECT_EQ(stamp.toString(true), u"Saturday, 14 November 2026 08:22:28");
+    EXPECT_THROW(TimeStamp(STRUCT_ORV_TIME{}).toString(), ResultException);
+}
 
 TEST(Logger, putsItsFieldsInEntriesWhileItIsEnabled)
 {
-    Kept plain(Logger::create());
-    plain.logger->log(3, u"one");
-    plain.logger->setDefaultLevel(-4);
-    plain.logger->log(u"two");
-    plain.logger->enableField(u"SEQUENCE", true);
-    plain.logger->enableField(u"Level", false);
-    plain.logger->enableField(u"sequences", true);
-    plain.logger->setEnabled(false);
-    plain.logger->log(1, u"never, and not counted");
-    EXPECT_FALSE(plain.logger->isEnabled());
-    plain.logger->setEnabled(true);
-    plain.logger->log(5, u"");
-    EXPECT_EQ(plain.texts, u"level=3\ntext=one\n" + LINE + u"level=-4\ntext=two\n" + LINE +
-                               u"sequence=2\ntext=\n" + LINE);
-
-    Kept named(Logger::create(u"web"));
-    named.logger->log(1, u"a\nb");
-    EXPECT_EQ(named.texts, u"level=1\ntext=a\nb\nname=web\n" + LINE);
+    OpenLogger plain;
+    plain.log(3, u"one");
+    plain.setDefaultLevel(-4);
+    plain.log(u"two");
+    plain.enableField(u"SEQUENCE", true);
+    plain.enableField(u"Level", false);
+    plain.enableField(u"sequences", true);
+    plain.setEnabled(false);
+    plain.log(1, u"never, and not counted");
+    plain.setEnabled(true);
+    plain.log(5, u"");
+    EXPECT_EQ(plain.written(), u"level=3\ntext=one\n" + LINE + u"level=-4\ntext=two\n" + LINE +
+                                   u"sequence=2\ntext=\n" + LINE);
+    OpenLogger named(u"web");
+    named.log(1, u"a\nb");
+    EXPECT_EQ(named.written(), u"level=1\ntext=a\nb\nname=web\n" + LINE);
 }
-
-class CustomLogger : public test::OpenLogger {
-protected:
-    void addCustomFields(ILogEntry* entry) override
-    {
-        entry->setField(u"user id=\"7\"", makeReference<String>(u"ann").get());
-        entry->setField(u"level", makeReference<String>(u"high").get());
-    }
-};
 
 TEST(Logger, letsSubclassesAddFieldsAndHandOverEntries)
 {
-    const auto custom = makeReference<CustomLogger>();
-    Kept kept(custom);
-    custom->enableField(u"sequence", true);
-    custom->setEnabled(false);
-    custom->log(LogEntry::create().get());
-    custom->setEnabled(true);
-    custom->Logger::log(1, u"x");
-    EXPECT_EQ(kept.texts, LINE + u"sequence=1\nlevel=high\ntext=x\nuser id=\"7\"=ann\n" + LINE);
-}
-
-template <class Body>
-void fromFourThreads(Body body)
-{
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] {
-            for (int n = 0; n < 1000; ++n) body();
-        });
-    }
-}
-
-TEST(MultiProcessor, callsInOrderOneEntryAtATimeAndStopsAtAFailure)
-{
-    const auto multi = MultiProcessor::create();
-    const auto logger = Logger::create();
-    logger->addProcessor(multi.get());
-    logger->log(u"dropped");
-    EXPECT_THROW(logger->addProcessor(nullptr), ResultException);
-    EXPECT_EQ(Logger::createProcessor(u"file"), nullptr);
-
-    std::string calls;
-    bool fails = false;
-    int inside = 0;
-    for (const char letter : {'a', 'b', 'c'}) {
-        const auto noting = calling([&, letter](const ILogEntry&) {
-            EXPECT_EQ(++inside, 1);
-            calls += letter;
-            --inside;
-            if (fails && letter == 'b') throw std::runtime_error("b");
-        });
-        multi->addProcessor(noting.get());
-    }
-    logger->log(u"to all");
-    fails = true;
-    EXPECT_THROW(logger->log(u"as far as b"), std::runtime_error);
-    EXPECT_EQ(calls, "abcab");
-    fails = false;
-    fromFourThreads([&] { logger->log(u"from several threads"); });
-    EXPECT_EQ(calls.size(), 5u + 3 * 4000);
-
-    logger->addProcessor(multi.get());
-    logger->log(u"twice");
-    EXPECT_TRUE(calls.ends_with("abcabc"));
-    logger->setProcessor(calling([&](const ILogEntry&) { calls += 'd'; }).get());
-    logger->log(u"to one alone");
-    EXPECT_TRUE(calls.ends_with("abcabcd"));
+    struct CustomLogger : OpenLogger {
+        void addCustomFields(ILogEntry* entry) override
+        {
+            entry->setField(u"user id=\"7\"", makeReference<String>(u"ann").get());
+            entry->setField(u"level", makeReference<String>(u"high").get());
+        }
+    } custom;
+    custom.enableField(u"sequence", true);
+    custom.setEnabled(false);
+    custom.log(LogEntry::create().get());
+    custom.setEnabled(true);
+    custom.log(1, u"x");
+    EXPECT_EQ(custom.written(),
+              LINE + u"sequence=1\nlevel=high\ntext=x\nuser id=\"7\"=ann\n" + LINE);
 }
 
 /// What loggers log to; fails where the level is negative.
-class Target : public ::orv::quark::Implements<Object, ILevelLogger> {
-public:
-    void log(std::int32_t newLevel, const String& newText) override
+struct Target : ::orv::quark::Implements<Object, ILevelLogger> {
+    void log(std::int32_t level, const String& text) override
     {
         EXPECT_EQ(++inside, 1);
-        level = newLevel;
-        text = newText;
         ++calls;
+        last = String::valueOf(level) + u": " + text;
         --inside;
         if (level < 0) throw std::runtime_error("closed");
     }
-
     int inside = 0, calls = 0;
-    std::int32_t level = 0;
-    String text;
+    String last;
 };
 
 TEST(SyncLogger, letsOneCallThroughAtATime)
@@ -145,14 +210,14 @@ TEST(SyncLogger, letsOneCallThroughAtATime)
     const auto target = makeReference<Target>();
     const auto logger = makeReference<SyncLogger>(target.get());
     EXPECT_THROW(logger->log(-1, u""), std::runtime_error);
-    fromFourThreads([&] { logger->log(1, u"x"); });
+    const auto work = [&] {
+        for (int i = 0; i < 2000; ++i) logger->log(1, u"x");
+    };
+    std::thread other(work);
+    work();
+    other.join();
     EXPECT_EQ(target->calls, 4001);
 }
-
-class Unprintable : public Object {
-public:
-    String toString() const override { throw Exception(); }
-};
 
 TEST(StringBundleLogger, fillsInTheArgumentsOrNone)
 {
@@ -161,8 +226,7 @@ TEST(StringBundleLogger, fillsInTheArgumentsOrNone)
     const auto target = makeReference<Target>();
     StringBundleLogger logger(bundle.get(), target.get());
     const Reference<Object> objects[] = {makeReference<String>(u"<{1}>"),
-                                         makeReference<Integer32>(7), makeReference<Unprintable>(),
-                                         nullptr};
+                                         makeReference<Integer32>(7), nullptr};
     using Row = std::tuple<const char16_t*, std::vector<int>, const char16_t*>;
     for (const auto& [pattern, indices, expected] :
          {Row{u"{0} and {0}", {}, u"{0} and {0}"},
@@ -171,20 +235,17 @@ TEST(StringBundleLogger, fillsInTheArgumentsOrNone)
           {u"{1}-{0}", {0, 1}, u"7-<{1}>"},
           {u"{0}{1}{0}", {0, 1}, u"<{1}>7<{1}>"},
           {u"{0} {2}", {0, 1}, u"<{1}> {2}"},
-          {u"{0}", {2}, u"{0}"},
-          {u"{1}{0}", {0, 3}, u"{1}{0}"},
+          {u"{0}{1}", {0, 2}, u"{0}{1}"},
           {nullptr, {0}, u"{0} key"}}) { // no text, so nothing is filled in
         collections::List<Object> arguments(makeReference<collections::quark::ArrayList>().get());
         for (const int index : indices) arguments.add(objects[index].get());
         map->clear();
         if (pattern != nullptr) map->put(u"{0} key", makeReference<String>(pattern).get());
         logger.log(3, u"{0} key", arguments);
-        EXPECT_EQ(target->text, expected);
-        EXPECT_EQ(target->level, 3);
-        EXPECT_THROW(logger.log(-1, u"{0} key", arguments), std::runtime_error);
+        EXPECT_EQ(target->last, u"3: " + String(expected));
         logger.log(4, u"{0} key");
-        EXPECT_EQ(target->text, pattern == nullptr ? u"{0} key" : pattern);
-        EXPECT_EQ(target->level, 4);
+        EXPECT_EQ(target->last, u"4: " + String(pattern == nullptr ? u"{0} key" : pattern));
+        EXPECT_THROW(logger.log(-1, u"{0} key", arguments), std::runtime_error);
     }
 }
 
