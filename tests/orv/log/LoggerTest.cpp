@@ -196,6 +196,7 @@ struct Target : ::orv::quark::Implements<Object, ILevelLogger> {
     void log(std::int32_t level, const String& text) override
     {
         EXPECT_EQ(++inside, 1);
+        std::this_thread::yield();
         ++calls;
         last = String::valueOf(level) + u": " + text;
         --inside;

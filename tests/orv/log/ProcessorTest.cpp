@@ -62,6 +62,7 @@ TEST(MultiProcessor, callsInOrderOneEntryAtATimeAndStopsAtAFailure)
         multi->addProcessor(makeReference<Calling>([&, letter](int level) {
                                 EXPECT_EQ(++inside, 1);
                                 calls += letter;
+                                std::this_thread::yield();
                                 --inside;
                                 if (level == letter) throw std::runtime_error("fails");
                             }).get());
