@@ -1,4 +1,4 @@
-// A library for ProcessTest, which also defines the symbol orvSampleNothing as 0.
+// A library for ExecTest, which also defines the symbol orvSampleNothing as 0.
 
 #include "orv/Export.h"
 

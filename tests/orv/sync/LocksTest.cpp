@@ -27,27 +27,40 @@ static_assert(!std::is_nothrow_destructible_v<Gate>);
 static_assert(!std::is_nothrow_destructible_v<Lock>);
 static_assert(!std::is_base_of_v<Object, Condition>);
 
-template <class Body>
-void onAnotherThread(Body body)
-{
-    std::thread(body).join();
-}
-
 TEST(SyncMutex, belongsToOneThreadUntilItsLastSignal)
 {
     Mutex mutex("a name", 0);
+    const auto isFree = [&] {
+        bool got = false;
+        std::thread([&] {
+            got = mutex.tryWait();
+            if (got) mutex.signal();
+        }).join();
+        return got;
+    };
     mutex.wait();
     mutex.wait();
     EXPECT_TRUE(mutex.tryWait());
     for (int holds = 3; holds > 0; --holds) {
-        onAnotherThread([&] { EXPECT_FALSE(mutex.tryWait()) << holds; });
+        EXPECT_FALSE(isFree()) << holds;
         mutex.signal();
     }
     EXPECT_EQ(resultOf([&] { mutex.signal(); }), notOwner);
-    onAnotherThread([&] {
-        EXPECT_TRUE(mutex.tryWait());
-        mutex.signal();
-    });
+    EXPECT_TRUE(isFree());
+
+    EXPECT_EQ(resultOf([&] {
+                  const Lock lock(mutex);
+                  EXPECT_FALSE(isFree());
+                  throw ResultException(E_FAIL);
+              }),
+              E_FAIL);
+    EXPECT_TRUE(isFree());
+    {
+        const Lock none(static_cast<LockObject*>(nullptr));
+        const Lock lock(&mutex);
+        EXPECT_FALSE(isFree());
+    }
+    EXPECT_TRUE(isFree());
 }
 
 TEST(SyncHandle, theDestructorThrowsUnlessAnExceptionIsOnItsWay)
@@ -67,41 +80,14 @@ TEST(SyncHandle, theDestructorThrowsUnlessAnExceptionIsOnItsWay)
     EXPECT_EQ(resultOf([] { const Failing none; }), S_OK);
 }
 
-TEST(SyncLock, signalsAtTheEndOfItsScope)
-{
-    Mutex mutex;
-    const auto isFree = [&] {
-        bool got = false;
-        onAnotherThread([&] {
-            got = mutex.tryWait();
-            if (got) mutex.signal();
-        });
-        return got;
-    };
-    EXPECT_EQ(resultOf([&] {
-                  const Lock lock(mutex);
-                  EXPECT_FALSE(isFree());
-                  throw ResultException(E_FAIL);
-              }),
-              E_FAIL);
-    EXPECT_TRUE(isFree());
-    {
-        const Lock none(static_cast<LockObject*>(nullptr));
-        const Lock lock(&mutex);
-        EXPECT_FALSE(isFree());
-    }
-    EXPECT_TRUE(isFree());
-}
-
 TEST(FakeMutex, locksNothing)
 {
     FakeMutex mutex(nullptr, 0);
-    for (int i = 0; i < 3; ++i) {
-        mutex.wait();
-        EXPECT_TRUE(mutex.tryWait());
-    }
-    mutex.signal();
-    onAnotherThread([&] { EXPECT_TRUE(mutex.tryWait()); });
+    mutex.wait();
+    std::thread([&] { mutex.wait(); }).join();
+    EXPECT_TRUE(mutex.tryWait());
+    for (int i = 0; i < 4; ++i) mutex.signal();
+    EXPECT_TRUE(mutex.tryWait());
 }
 
 TEST(SyncEvent, tryWaitIsFalseAndLeavesTheSignal)
