@@ -22,14 +22,19 @@ public:
     /// Fills `text` with the variant, as "euro"; empty where the locale has none.
     virtual Result GetVariant(util::ICharBuffer* text) const = 0;
 
-    // Names for people to read, in the default language or in that of `locale`.
+    // Names for people to read: the first of each pair in the default language, the second in that
+    // of `locale`.
 
+    /// Fills `text` with a name of the whole locale.
     virtual Result GetDisplayName(util::ICharBuffer* text) const = 0;
     virtual Result GetDisplayNameLoc(util::ICharBuffer* text, IORVLocale* locale) const = 0;
+    /// Fills `text` with a name of the language.
     virtual Result GetDisplayLanguage(util::ICharBuffer* text) const = 0;
     virtual Result GetDisplayLanguageLoc(util::ICharBuffer* text, IORVLocale* locale) const = 0;
+    /// Fills `text` with a name of the country.
     virtual Result GetDisplayCountry(util::ICharBuffer* text) const = 0;
     virtual Result GetDisplayCountryLoc(util::ICharBuffer* text, IORVLocale* locale) const = 0;
+    /// Fills `text` with a name of the variant.
     virtual Result GetDisplayVariant(util::ICharBuffer* text) const = 0;
     virtual Result GetDisplayVariantLoc(util::ICharBuffer* text, IORVLocale* locale) const = 0;
 

@@ -12,7 +12,7 @@ namespace orv::math {
 
 namespace {
 
-/// Fewer bits than 10 to the power `places` has.
+/// No more bits than 10 to the power `places` has.
 std::int64_t bitsOfPower(std::int64_t places) noexcept
 {
     return 3 * places + 1;
@@ -31,12 +31,11 @@ void movePoint(BigInteger& value, std::int64_t places)
 {
     if (places > 0 && !value.isZero()) {
         value.multiply(tenToThe(places));
+    } else if (places < 0 && bitsOfPower(-places) > value.getBitCount()) {
+        value = 0; // a power that is longer than the number need not be built
     } else if (places < 0) {
-        // A power that is longer than the number leaves 0; it need not be built.
-        const bool vanishes = bitsOfPower(-places) > value.getBitCount();
         BigInteger unused;
-        value.divide(vanishes ? BigInteger(1) : tenToThe(-places), unused);
-        if (vanishes) value = BigInteger();
+        value.divide(tenToThe(-places), unused);
     }
 }
 

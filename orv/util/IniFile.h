@@ -64,10 +64,9 @@ namespace orv::util {
 ///
 /// # Faults
 ///
-/// - A save empties the file in place and writes it by one call. A process that is killed in
-/// between
-///   leaves it empty, one that is killed in the call leaves its beginning; of 500 kills of a
-///   process that did nothing but save 200 kB, 338 left it empty and 10 cut. Keep a copy of what
+/// - A save empties the file in place and writes it by one call. A process that is killed between
+///   the two leaves it empty, one that is killed in the call leaves its beginning; of 500 kills of
+///   a process that did nothing but save 200 kB, 338 left it empty and 10 cut. Keep a copy of what
 ///   matters.
 /// - A full disk leaves what fitted, a file that may not be written stays as it is. The result is 0
 ///   all the same: the object keeps everything, and the next save tries again.
@@ -76,6 +75,8 @@ namespace orv::util {
 /// - A failure to read throws ResultException, bytes that are no text in their encoding throw
 ///   InvalidCharacterException, an unknown default encoding UnknownEncodingException. The object
 ///   then holds what it held, and nothing is written.
+/// - Without memory an operation throws OutOfMemoryException; the object may then have the change
+///   that the file has not.
 /// - A name of more than 259 bytes names no file.
 /// - A process that dies with the semaphore in its hands gives it back within a second.
 ///

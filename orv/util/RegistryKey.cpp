@@ -165,21 +165,20 @@ Result RegistryKey::tryGetValue(const String& name, ENUM_ORV_REG_TYPE type,
 {
     signed char* data = nullptr;
     throwIfFailed(buffer.GetWriteLock(USUAL_SIZE, &data));
-    std::int32_t length = -1; // that of the buffer stays
+    std::int32_t size = USUAL_SIZE;
+    Result result = S_OK;
     try {
-        std::int32_t size = USUAL_SIZE;
-        Result result = tryGetValue(name, type, data, size);
+        result = tryGetValue(name, type, data, size);
         if (result == E_BUFFER_TOO_SMALL) {
             throwIfFailed(buffer.EnsureCapacity(size, &data));
             result = tryGetValue(name, type, data, size);
         }
-        if (!failed(result)) length = size;
-        throwIfFailed(buffer.ReleaseWriteLock(length));
-        return result;
     } catch (...) {
-        buffer.ReleaseWriteLock(length);
+        buffer.ReleaseWriteLock(-1);
         throw;
     }
+    throwIfFailed(buffer.ReleaseWriteLock(failed(result) ? -1 : size));
+    return result;
 }
 
 String RegistryKey::getValueString(const String& name) const

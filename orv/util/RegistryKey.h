@@ -26,8 +26,9 @@ class IByteBuffer;
 /// separate trees, with _32 or _64 behind the name; the plain name is the 64-bit one, and the name
 /// with _CROSS the other.
 ///
-/// Failures of the store are ResultException, with 0x80070002 where key or value is absent; a value
-/// of another type than asked for is Exception "Registry type mismatch".
+/// Failures of the store are ResultException, with 0x80070002 where key or value is absent and
+/// 0x80070005 where this user may not write, or not read. A value of another type than asked for is
+/// Exception "Registry type mismatch".
 ///
 /// Threads: a key never changes, so any number may use it; so may they the store.
 class ORV_API RegistryKey : public Object {
@@ -83,10 +84,12 @@ public:
 
     /// The text of the value `name`, without the terminator that it is kept with.
     String getValueString(const String& name) const;
-    /// The number of 32 bits that is the value `name`.
+    /// The number of 32 bits that is the value `name`. A value of another type that has more than
+    /// four bytes is ResultException with 0x80004009.
     std::uint32_t getValueUINT32(const String& name) const;
     /// A number of 32 bits, in 64. A value that was set with 64 bits is "Registry type mismatch":
-    /// read it by getValueType() and the store's own operation.
+    /// read it by getValueType() and the store's own operation. More than eight bytes of another
+    /// type are ResultException with 0x80004009.
     std::uint64_t getValueUINT64(const String& name) const;
 
     /// Reads bytes into `data`, which has room for `size`, and gives the number of bytes of the

@@ -54,9 +54,9 @@ std::vector<signed char> toBytes(const String& text)
 String bytesOf(const RegistryKey& key, const String& name)
 {
     std::vector<signed char> bytes;
-    for (std::int32_t size = 0;;) {
-        size = key.getValue(name, bytes.data(), size);
-        if (size <= static_cast<std::int32_t>(bytes.size())) break;
+    for (std::int32_t room = -1, size = 0; size > room;) {
+        room = size;
+        size = key.getValue(name, bytes.data(), room);
         bytes.resize(static_cast<std::size_t>(size));
     }
     String text;

