@@ -71,12 +71,11 @@ TEST(Locale, answersThroughItsInterface)
         test::ForeignCharBuffer buffer(u"before"sv);
         EXPECT_EQ((locale.get()->*operation)(&buffer), result);
         EXPECT_EQ(buffer.text(), text);
-        if (failed(result)) continue;
-        buffer.failWith = E_NOT_AVAILABLE;
-        EXPECT_EQ((locale.get()->*operation)(&buffer), E_NOT_AVAILABLE);
-        EXPECT_EQ(buffer.openLocks(), 0);
-        EXPECT_EQ((locale.get()->*operation)(nullptr), E_POINTER);
     }
+    test::ForeignCharBuffer buffer(u""sv);
+    buffer.failWith = E_NOT_AVAILABLE;
+    EXPECT_EQ(locale->ToString(&buffer), E_NOT_AVAILABLE);
+    EXPECT_EQ(locale->ToString(nullptr), E_POINTER);
     EXPECT_THROW(locale->getDisplayCountry(locale.get()), Exception);
 }
 

@@ -4,7 +4,7 @@
 #include "orv/i18n/ComStringBundle.h"
 #include "orv/i18n/StringMapBundle.h"
 #include "tests/support/ForeignCharBuffer.h"
-#include "tests/support/Text.h"
+#include "tests/support/Refusals.h"
 
 #include <gtest/gtest.h>
 
@@ -17,11 +17,6 @@ namespace {
 
 using namespace std::string_view_literals;
 using collections::StringHashMap;
-
-Reference<Locale> locale(const char16_t* text)
-{
-    return makeReference<Locale>(text);
-}
 
 Reference<StringHashMap>
 mapOf(std::initializer_list<std::pair<const char16_t*, const char16_t*>> rows)
@@ -48,13 +43,11 @@ std::string keysOf(StringBundle& bundle)
 }
 
 /// The text of a key, or what is said where it has none.
-String textOf(StringBundle& bundle, const char16_t* key)
+std::string textOf(StringBundle& bundle, const char16_t* key)
 {
-    try {
-        return bundle.getString(key);
-    } catch (const Exception& exception) {
-        return exception.getDescription();
-    }
+    String text;
+    const auto refusal = test::refusalOf([&] { text = bundle.getString(key); });
+    return text.isEmpty() ? refusal.second : text.getBytes(u"UTF-8");
 }
 
 /// A component that has keys and does not give them.
@@ -71,11 +64,10 @@ TEST(ComStringBundle, takesTextsAndKeysFromItsComponent)
 {
     const auto map = mapOf({{u"a", u"A"}, {u"empty", u""}});
     const auto component = makeReference<StringMapBundle>(map.get(), nullptr);
-    const auto bundle = makeReference<ComStringBundle>(component.get(), locale(u"de").get());
-    EXPECT_EQ(textOf(*bundle, u"a"), u"A");
-    EXPECT_EQ(textOf(*bundle, u"c"), u"Resource not found");
-    EXPECT_EQ(textOf(*bundle, u"empty"), u"Resource not found")
-        << "an empty text counts as missing";
+    const auto bundle = makeReference<ComStringBundle>(component.get(), nullptr);
+    EXPECT_EQ(textOf(*bundle, u"a"), "A");
+    EXPECT_EQ(textOf(*bundle, u"c"), "Resource not found");
+    EXPECT_EQ(textOf(*bundle, u"empty"), "Resource not found") << "counts as missing";
     EXPECT_EQ(keysOf(*bundle).size(), 8u);
     EXPECT_EQ(bundle->getKeys(), bundle->getKeys()) << "read once";
 
@@ -95,23 +87,19 @@ TEST(StringMapBundle, addsWhatItsParentHas)
     const auto map = mapOf({{u"a", u"A"}, {u"e", u""}});
     const auto bundle = makeReference<MapBundle>(map.get(), parent.get());
     for (const auto& [key, text] :
-         {std::pair{u"a", u"A"}, {u"p", u"P"}, {u"e", u"E"}, {u"x", u"Resource not found"}}) {
+         {std::pair{u"a", "A"}, {u"p", "P"}, {u"e", "E"}, {u"x", "Resource not found"}}) {
         EXPECT_EQ(textOf(*bundle, key), text);
     }
-    EXPECT_EQ(bundle->getKeys()->getSize(), 3);
     EXPECT_EQ(keysOf(*bundle).find('p'), 4u) << "behind its own";
-
-    map->put(u"n", makeReference<String>(u"N").get());
+    map->put(u"n", makeReference<Object>().get());
     EXPECT_EQ(bundle->getKeys()->getSize(), 3) << "read once";
-    map->put(u"o", makeReference<Object>().get());
-    EXPECT_THROW(bundle->getString(u"o"), CastFailedException);
-    EXPECT_TRUE(StringMapBundle(mapOf({}).get(), nullptr).getKeys()->isEmpty());
+    EXPECT_THROW(bundle->getString(u"n"), CastFailedException);
 }
 
 TEST(StringMapBundle, answersThroughItsInterface)
 {
     const auto bundle = makeReference<StringMapBundle>(mapOf({{u"k", u"0123456789"}}).get(),
-                                                       locale(u"de_AT").get());
+                                                       makeReference<Locale>(u"de_AT").get());
     IORVResourceBundle* const face = bundle.get();
     test::ForeignCharBuffer key(u""sv), text(u""sv);
     EXPECT_EQ(face->LoadCharBuffer(u"k", &text), S_OK);
@@ -124,8 +112,8 @@ TEST(StringMapBundle, answersThroughItsInterface)
         std::uint32_t units = room;
         EXPECT_EQ(face->LoadStringW(u"k", buffer.data(), &units), S_OK);
         EXPECT_EQ(units, length);
-        EXPECT_EQ(buffer.substr(0, length), std::u16string(u"0123456789\0"sv).substr(0, length));
-        EXPECT_EQ(buffer.find_first_not_of(u'#', length), std::u16string::npos);
+        const std::u16string copied(u"0123456789\0"sv.substr(0, length));
+        EXPECT_EQ(buffer, copied + std::u16string(20 - length, u'#'));
     }
 
     std::int32_t count = 0;

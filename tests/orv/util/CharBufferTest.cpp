@@ -8,82 +8,64 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace orv::util {
 namespace {
 
-struct Chars {
-    using Interface = IORVCharBuffer;
-    using ReadOnly = ROCharBuffer;
-    using ReadWrite = RWCharBuffer;
-};
-struct Bytes {
-    using Interface = IORVByteBuffer;
-    using ReadOnly = ROByteBuffer;
-    using ReadWrite = RWByteBuffer;
-};
-
-/// Both families are one design over two kinds of element.
+/// Both families, of characters and of bytes, are one design over two kinds of element.
 template <class Family>
 class Buffers : public testing::Test {
 protected:
-    using Interface = typename Family::Interface;
-    using Unit = typename Interface::Unit;
-    using RO = typename Family::ReadOnly;
-    using RW = typename Family::ReadWrite;
+    using RO = typename Family::first_type;
+    using RW = typename Family::second_type;
+    using Unit = typename RW::Unit;
 
     static constexpr std::array<Unit, 5> HELLO{'h', 'e', 'l', 'l', 'o'};
-
-    static bool holdsHello(const Unit* data)
-    {
-        return std::equal(HELLO.begin(), HELLO.end(), data);
-    }
 };
 
-using Families = testing::Types<Chars, Bytes>;
+using Families =
+    testing::Types<std::pair<ROCharBuffer, RWCharBuffer>, std::pair<ROByteBuffer, RWByteBuffer>>;
 TYPED_TEST_SUITE(Buffers, Families);
 
 TYPED_TEST(Buffers, roomComesInGranulesOfSixteen)
 {
     typename TestFixture::RW buffer(0);
     EXPECT_EQ(buffer.getData(), nullptr);
-    EXPECT_TRUE(buffer.isEmpty());
     EXPECT_NE(buffer.getWriteLock(1), nullptr);
-    EXPECT_EQ(buffer.plainCapacity(), 16);
-    EXPECT_EQ(buffer.ensureCapacity(16), buffer.getData());
-    EXPECT_EQ(buffer.plainCapacity(), 16);
-    buffer.ensureCapacity(17);
-    EXPECT_EQ(buffer.plainCapacity(), 32);
-    EXPECT_EQ(buffer.getLength(), 0);
-
-    buffer.releaseWriteLock(17);
-    buffer.freeExtra();
-    EXPECT_EQ(buffer.plainCapacity(), 32) << "17 need them all";
-    buffer.releaseWriteLock(16);
-    buffer.releaseWriteLock(-1);
-    EXPECT_EQ(buffer.getLength(), 16);
-    buffer.freeExtra();
-    EXPECT_EQ(buffer.plainCapacity(), 16);
-    buffer.releaseWriteLock(0);
-    buffer.freeExtra();
-    EXPECT_EQ(buffer.plainCapacity(), 0);
+    for (const auto& [wanted, room] : {std::pair{1, 16}, {16, 16}, {17, 32}, {5, 32}}) {
+        EXPECT_NE(buffer.ensureCapacity(wanted), nullptr);
+        EXPECT_EQ(buffer.plainCapacity(), room);
+    }
+    EXPECT_TRUE(buffer.isEmpty());
+    for (const auto& [length, room] : {std::pair{17, 32}, {16, 16}, {-1, 16}, {0, 0}}) {
+        buffer.releaseWriteLock(length);
+        buffer.freeExtra();
+        EXPECT_EQ(buffer.plainCapacity(), room) << length;
+    }
     EXPECT_EQ(buffer.getData(), nullptr);
+
+    typename TestFixture::Unit unit{};
+    auto* units = &unit;
+    EXPECT_EQ(buffer.IsWritable(), 1);
+    EXPECT_EQ(buffer.EnsureCapacity(0x7FFFFFFF, &units), E_OUTOFMEMORY) << "rounding overflows";
+    EXPECT_EQ(units, nullptr);
 }
 
 TYPED_TEST(Buffers, copyContentAndRoom)
 {
     using Writable = typename TestFixture::RW;
-    const Writable original(TestFixture::HELLO.data(), 5, 40);
+    const auto& hello = TestFixture::HELLO;
+    const Writable original(hello.data(), 5, 40);
+    const Writable copy(original);
     Writable assigned(100);
     assigned = original;
-    const Writable copy(original);
-    EXPECT_EQ(original.plainCapacity(), 48);
     EXPECT_EQ(copy.plainCapacity(), 48);
     EXPECT_EQ(assigned.plainCapacity(), 112) << "never shrinks";
-    EXPECT_NE(copy.getData(), original.getData());
     for (const Writable* buffer : {&copy, &static_cast<const Writable&>(assigned)}) {
+        EXPECT_NE(buffer->getData(), original.getData());
         EXPECT_EQ(buffer->getLength(), 5);
-        EXPECT_TRUE(TestFixture::holdsHello(buffer->getData()));
+        EXPECT_TRUE(std::equal(hello.begin(), hello.end(), buffer->getData()));
     }
 }
 
@@ -97,29 +79,22 @@ TYPED_TEST(Buffers, readOnlyOnesRefuseWriting)
     EXPECT_THROW(buffer.getWriteLock(0), ReadOnlyException);
     EXPECT_THROW(buffer.ensureCapacity(0), ReadOnlyException);
     EXPECT_THROW(buffer.releaseWriteLock(0), ReadOnlyException);
-    buffer.freeExtra();
 
-    typename TestFixture::Interface& face = buffer;
     typename TestFixture::Unit unit{};
     auto *first = &unit, *second = &unit;
-    EXPECT_EQ(face.GetWriteLock(1, &first), E_NOTIMPL);
-    EXPECT_EQ(face.EnsureCapacity(1, &second), E_NOTIMPL);
+    EXPECT_EQ(buffer.GetWriteLock(1, &first), E_NOTIMPL);
+    EXPECT_EQ(buffer.EnsureCapacity(1, &second), E_NOTIMPL);
     EXPECT_TRUE(first == nullptr && second == nullptr);
-    EXPECT_EQ(face.ReleaseWriteLock(0), E_NOTIMPL);
+    EXPECT_EQ(buffer.ReleaseWriteLock(0), E_NOTIMPL);
 }
 
-TYPED_TEST(Buffers, theInterfaceTellsOfNoRoom)
+TEST(ByteBuffer, answersAsItsInterface)
 {
-    const auto buffer = makeReference<typename TestFixture::RW>();
+    const auto buffer = makeReference<RWByteBuffer>();
     void* found = nullptr;
-    ASSERT_EQ(buffer->QueryInterface(TestFixture::Interface::IID, &found), S_OK);
-    const auto face = Reference<typename TestFixture::Interface>::adopt(
-        static_cast<typename TestFixture::Interface*>(static_cast<IORVUnknown*>(found)));
-    typename TestFixture::Unit unit{};
-    typename TestFixture::Unit* units = &unit;
-    EXPECT_EQ(face->IsWritable(), 1);
-    EXPECT_EQ(face->EnsureCapacity(0x7FFFFFFF, &units), E_OUTOFMEMORY) << "rounding overflows";
-    EXPECT_EQ(units, nullptr);
+    ASSERT_EQ(buffer->QueryInterface(IORVByteBuffer::IID, &found), S_OK);
+    EXPECT_EQ(static_cast<IORVByteBuffer*>(found), buffer.get());
+    buffer->Release();
 }
 
 TEST(CompactCharBuffer, movesOutOfItsBlockWithAllItHolds)

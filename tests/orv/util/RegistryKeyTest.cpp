@@ -8,8 +8,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
 #include <string>
-#include <vector>
+#include <tuple>
+
+#include <unistd.h>
 
 namespace orv::util {
 namespace {
@@ -18,12 +23,14 @@ namespace {
 class RegistryKeyTest : public testing::Test {
 protected:
     test::TemporaryFolder m_folder;
-    test::ScopedVariable m_variable{"ORV_REGISTRY", (m_folder.path() / "store.db").c_str()};
+    const std::filesystem::path m_file = m_folder.path() / "store.db";
+    test::ScopedVariable m_variable{"ORV_REGISTRY", m_file.c_str()};
 };
 
 using test::Refusal;
 using test::refusalOf;
 const Refusal absent(makeResult(0x80070002u), "");
+const Refusal denied(makeResult(0x80070005u), "");
 const Refusal mismatch(E_FAIL, "Registry type mismatch");
 
 TEST_F(RegistryKeyTest, takesItsRootFromTheStartOfThePath)
@@ -88,30 +95,16 @@ TEST_F(RegistryKeyTest, comparesByItsRoot)
 TEST_F(RegistryKeyTest, readsAValueAsTheTypeThatItHas)
 {
     const RegistryKey key(u"ORV_HKEY_USER\\k");
-    EXPECT_EQ(refusalOf([&] { key.getValueString(u"s"); }), absent);
-    EXPECT_EQ(refusalOf([&] { key.getValueType(u"s"); }), absent);
-    EXPECT_EQ(refusalOf([&] { key.deleteValue(u"s"); }), absent);
-    EXPECT_EQ(refusalOf([&] { key.remove(); }), absent);
-
+    const signed char bytes[] = {1, 0, -1};
     key.setValue(u"s", String(u"text"));
     key.setValue(u"n", std::uint32_t{0xFEDCBA98u});
     key.setValue(u"w", std::uint64_t{1} << 40);
-    const signed char bytes[] = {1, 0, -1};
     key.setValue(u"b", bytes, 3);
-    for (const auto& [name, type] : {std::pair{u"s", ORV_REG_STRING},
-                                     {u"n", ORV_REG_UINT32},
-                                     {u"w", ORV_REG_UINT64},
-                                     {u"b", ORV_REG_BINARY}}) {
-        EXPECT_EQ(key.getValueType(name), type);
+    for (std::uint32_t type = ORV_REG_STRING; type <= ORV_REG_BINARY; ++type) {
+        EXPECT_EQ(key.getValueType(String(&u"snwb"[type], 1)), type);
     }
     EXPECT_EQ(key.getValueUINT32(u"N"), 0xFEDCBA98u);
     EXPECT_EQ(key.getValueUINT64(u"n"), 0xFEDCBA98u);
-    for (const auto& wrong : {refusalOf([&] { key.getValueUINT64(u"w"); }),
-                              refusalOf([&] { key.getValueString(u"n"); }),
-                              refusalOf([&] { key.getValueUINT32(u"b"); })}) {
-        EXPECT_EQ(wrong, mismatch);
-    }
-    EXPECT_EQ(refusalOf([&] { key.getValueUINT32(u"w"); }), Refusal(E_BUFFER_TOO_SMALL, ""));
 
     signed char room[4] = {9, 9, 9, 9};
     EXPECT_EQ(key.getValue(u"b", room, 2), 3) << "too small";
@@ -120,23 +113,36 @@ TEST_F(RegistryKeyTest, readsAValueAsTheTypeThatItHas)
     EXPECT_TRUE(std::equal(bytes, bytes + 3, room));
     EXPECT_EQ(key.getValue(u"none", room, 4), 4) << "no value: the size as it was";
     EXPECT_EQ(key.getValue(u"b", room, -7), -7);
-    EXPECT_EQ(refusalOf([&] { key.setValue(u"b", bytes, -1); }), Refusal(E_INVALIDARG, ""));
+
+    const std::tuple<const char*, Refusal, std::function<void()>> rows[] = {
+        {"no text", absent, [&] { key.getValueString(u"x"); }},
+        {"no type", absent, [&] { key.getValueType(u"x"); }},
+        {"no value", absent, [&] { key.deleteValue(u"x"); }},
+        {"no key", absent, [&] { key.getSubkey(u"x").remove(); }},
+        {"no keys", absent, [&] { key.getSubkey(u"x").getSubkeyIterator(); }},
+        {"no values", absent, [&] { key.getSubkey(u"x").getValueIterator(); }},
+        {"64 bits", mismatch, [&] { key.getValueUINT64(u"w"); }},
+        {"64 bits in 32", {E_BUFFER_TOO_SMALL, ""}, [&] { key.getValueUINT32(u"w"); }},
+        {"number as text", mismatch, [&] { key.getValueString(u"n"); }},
+        {"bytes as number", mismatch, [&] { key.getValueUINT32(u"b"); }},
+        {"size", {E_INVALIDARG, ""}, [&] { key.setValue(u"b", bytes, -1); }},
+    };
+    for (const auto& [what, refusal, call] : rows) EXPECT_EQ(refusalOf(call), refusal) << what;
 }
 
 TEST_F(RegistryKeyTest, keepsTextsOfEveryLength)
 {
     const RegistryKey key(u"ORV_HKEY_CLASSES\\k");
-    for (const int length : {0, 1, 254, 255, 510, 511, 512, 1000, 40'000}) {
-        std::u16string text(static_cast<std::size_t>(length), u'\u20AC');
-        for (std::size_t i = 0; i < text.size(); ++i) text[i] = char16_t(0xD7F0 + i % 40);
-        key.setValue(test::textOf(text));
-        EXPECT_EQ(key.getValueString(u""), test::textOf(text)) << length;
+    for (const int length : {0, 1, 510, 511, 512, 40'000}) {
+        String text(u'\uD7F0', length); // up to 1024 bytes are read at once
+        for (int i = 0; i < length; ++i) text.setCharAt(i, char16_t(0xD7F0 + i % 40));
+        key.setValue(text);
+        EXPECT_EQ(key.getValueString(u""), text) << length;
     }
-    for (const std::string& bytes : {std::string("a\0b", 3), std::string("a\0b\0", 4)}) {
-        // Without a terminator, and with half a unit behind the last one.
-        ORVRegistrySetValue(ORV_HKEY_CLASSES_64, u"k", u"raw", ORV_REG_STRING, bytes.data(),
-                            static_cast<std::uint32_t>(bytes.size()));
-        EXPECT_EQ(key.getValueString(u"raw"), bytes.size() == 3 ? u"a" : u"ab");
+    // Without a terminator, and with half a unit behind the last one.
+    for (const auto& [size, text] : {std::pair{3u, u"a"}, {4u, u"ab"}}) {
+        ORVRegistrySetValue(ORV_HKEY_CLASSES_64, u"k", u"raw", ORV_REG_STRING, "a\0b", size);
+        EXPECT_EQ(key.getValueString(u"raw"), text);
     }
     key.setValue(std::uint32_t{5});
     EXPECT_EQ(key.getValueUINT32(u""), 5u);
@@ -147,27 +153,64 @@ TEST_F(RegistryKeyTest, keepsTextsOfEveryLength)
 TEST_F(RegistryKeyTest, walksSubkeysAndValues)
 {
     const RegistryKey key(u"ORV_HKEY_USER\\k");
-    EXPECT_EQ(refusalOf([&] { key.getSubkeyIterator(); }), absent);
-    EXPECT_EQ(refusalOf([&] { key.getValueIterator(); }), absent);
     for (const char16_t* name : {u"b", u"C", u"a"}) {
         key.getSubkey(name).setValue(u"v", u"");
         key.setValue(name, String(u'x', 2000));
     }
-    std::vector<String> names;
-    for (const auto keys = key.getSubkeyIterator(); keys->hasNext();) {
-        names.push_back(keys->next()->getKey(false));
-        EXPECT_EQ(keys->next()->getKey(false), names.back()) << "does not move";
+    const auto keys = key.getSubkeyIterator();
+    for (const char16_t* name : {u"a", u"b", u"C"}) {
+        EXPECT_TRUE(keys->hasNext());
+        for (int again = 0; again < 2; ++again) {
+            EXPECT_EQ(keys->next()->getKey(false), String(u"ORV_HKEY_USER\\k\\") + name);
+        }
     }
-    EXPECT_EQ(names, (std::vector<String>{u"ORV_HKEY_USER\\k\\a", u"ORV_HKEY_USER\\k\\b",
-                                          u"ORV_HKEY_USER\\k\\C"}));
+    EXPECT_FALSE(keys->hasNext());
+    EXPECT_EQ(refusalOf([&] { keys->next(); }), Refusal(E_FAIL, "no more keys"));
     const auto values = key.getValueIterator();
     EXPECT_EQ(*values->next(), u"a") << "moves where hasNext() did not";
     EXPECT_TRUE(values->hasNext() && values->hasNext());
     EXPECT_EQ(*values->next(), u"C") << "one is skipped";
     EXPECT_FALSE(values->hasNext());
     EXPECT_EQ(refusalOf([&] { values->next(); }), Refusal(E_FAIL, "no more values"));
-    const auto none = key.getSubkey(u"a").getSubkeyIterator();
-    EXPECT_EQ(refusalOf([&] { none->next(); }), Refusal(E_FAIL, "no more keys"));
+}
+
+/// Makes the process one of a user who owns nothing, until the end of the scope.
+struct AsNobody {
+    ~AsNobody()
+    {
+        if (became && ::setresuid(0, 0, 0) != 0) std::abort();
+    }
+    const bool became = ::setresuid(65534, 65534, 0) == 0;
+};
+
+TEST_F(RegistryKeyTest, isSafeFromAUserWhoMayNotWrite)
+{
+    if (!AsNobody().became) GTEST_SKIP() << "only root can become another user";
+    const RegistryKey key(u"ORV_HKEY_USER\\k");
+    key.setValue(u"v", u"kept");
+    // A look elsewhere closes the file, with all that is in it and nothing left beside it.
+    m_variable.set((m_folder.path() / "none.db").c_str());
+    EXPECT_FALSE(key.valueExists(u"v"));
+    m_variable.set(m_file.c_str());
+    const std::string before = m_folder.read("store.db");
+
+    using Row = std::tuple<unsigned, unsigned, Refusal>;
+    for (const auto& [file, folder, reading] : {Row{0600, 0755, denied},
+                                                {0444, 0755, denied},
+                                                {0444, 0777, Refusal(S_OK, "not refused")}}) {
+        std::filesystem::permissions(m_file, std::filesystem::perms(file));
+        std::filesystem::permissions(m_folder.path(), std::filesystem::perms(folder));
+        {
+            const AsNobody nobody;
+            EXPECT_EQ(refusalOf([&] { EXPECT_EQ(key.getValueString(u"v"), u"kept"); }), reading);
+            EXPECT_EQ(refusalOf([&] { key.getSubkeyIterator(); }), reading);
+            EXPECT_EQ(refusalOf([&] { key.setValue(u"v", u"lost"); }), denied);
+            EXPECT_EQ(refusalOf([&] { key.getSubkey(u"new").setValue(u"lost"); }), denied);
+            EXPECT_EQ(refusalOf([&] { key.deleteValue(u"v"); }), denied);
+            EXPECT_EQ(refusalOf([&] { key.remove(); }), denied);
+        }
+        EXPECT_EQ(m_folder.read("store.db"), before) << file << " in " << folder;
+    }
 }
 
 } // namespace
