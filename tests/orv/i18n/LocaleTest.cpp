@@ -26,6 +26,7 @@ TEST(Locale, takesATextApart)
              {u"", u"", u"", u"", u""},
              {u"en_@x", u"en", u"", u"x", u"en@x"},
              {u"en@x.y", u"en@x", u"", u"x.y", u"en@x@x.y"},
+             {u"en@a_b", u"en@a", u"", u"a_b", u"en@a@a_b"},
              {u"fr.ISO8859_1", u"fr.ISO8859", u"", u"", u"fr.ISO8859"},
          }) {
         const Locale locale(text);

@@ -97,15 +97,5 @@ TEST(ByteBuffer, answersAsItsInterface)
     buffer->Release();
 }
 
-TEST(CompactCharBuffer, movesOutOfItsBlockWithAllItHolds)
-{
-    const Reference<RWCharBuffer> buffer(RWCharBuffer::createCompact(16));
-    EXPECT_TRUE(buffer->isCompact());
-    std::fill_n(buffer->getWriteLock(16), 16, u'x');
-    const char16_t* const grown = buffer->ensureCapacity(17);
-    EXPECT_FALSE(buffer->isCompact());
-    EXPECT_EQ(std::count(grown, grown + 16, u'x'), 16) << "written, though not released yet";
-}
-
 } // namespace
 } // namespace orv::util

@@ -45,6 +45,7 @@ TYPED_TEST(CommandLineParserTest, splitsByItsGrammar)
         {u"-x=\"a b\"", u"x=|a| |b\"|"},
         {u"\"-x=a b\"", u"x=|a b|"},
         {u"a  \"b c\"", u"|a| |\"b| |c\"|"},
+        {u"\"a b\"  \"c d\"", u"|a b| |c d|"},
         {u"\"\" a \"b\"", u"| a | |b\"|"},
         {u"--x /-y -z-", u"x= y= z-="},
         {u"-d x", u"d=|x|"},

@@ -105,9 +105,10 @@ TEST_F(IniFiles, readTheirLinesAsTheFormSays)
     const std::string v507(507, 'v'); // "k=", these and a line feed are the longest line
     const std::pair<std::string, std::string> rows[] = {
         {"[a]\nk=v\r\n[b]\r\n\r\nm=w\r\n", "[a]k=v;[b]m=w;"},
-        {"x=1\n", ""},
+        {"x=1\n[a]\ny=2\n[A]\nn=3\n[b]\nm=1\n", "[a]n=3;[b]m=1;"},
         {"[broken\n[a]\nk=v\n", ""},
         {"[a]\nk=1\n[B]\n[A]\nKEY=1\nkey=2\n", "[B][a]KEY=2;"},
+        {"[a]\nKEY=1\n[b]\nkey=2\n", "[a]KEY=1;[b]key=2;"},
         {"[]\nk=1\n[a]\n", "[]k=1;[a]"},
         {"[a]\nk=1\n[]\nm=2\n", "[a]k=1;"},
         {"[a]b] rest\n[ a ]\nk=1\n", "[ a ]k=1;[a]b]"},
@@ -148,14 +149,14 @@ TEST_F(IniFiles, giveValuesIntoTheRoomThereIs)
 
 TEST_F(IniFiles, cutWhatIsTooLongAtAWholeCharacter)
 {
-    String set(u'x', 258), text(u'x', 253);
+    String set(u'x', 257), text(u'x', 253);
     set.append(u"ä!");
     text.append(u"\U0001F600");
     IniFile file = open();
     file.AddKey(set.getData(), text.getData(), text.getData(), false);
     file.AddKey(u"y", u"\xD800z", String(u'z', 255).getData(), false);
     const std::string x253(253, 'x');
-    EXPECT_EQ(saved(), "[" + x253 + "xxxxx]\n" + x253 + "=" + x253 +
+    EXPECT_EQ(saved(), "[" + x253 + "xxxx\xC3\xA4]\n" + x253 + "=" + x253 +
                            "\n\n[y]\n?z=" + std::string(254, 'z') + "\n\n");
     EXPECT_EQ(lookUp(file, set.getData(), text.getData()), test::units(text));
 }
