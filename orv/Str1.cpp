@@ -2,6 +2,7 @@
 
 #include "orv/Failure.h"
 #include "orv/String.h"
+#include "orv/internal/ReadBracket.h"
 #include "orv/internal/UnitScan.h"
 
 #include <algorithm>
@@ -9,32 +10,12 @@
 
 namespace orv {
 
+using internal::measured;
+
 namespace {
-
-/// A read bracket over a String.
-class Text {
-public:
-    explicit Text(const String& text) : m_text(text), m_data(text.getReadLock()) {}
-    Text(const Text&) = delete;
-    Text& operator=(const Text&) = delete;
-    ~Text() { m_text.releaseReadLock(); }
-
-    const char16_t* data() const noexcept { return m_data; }
-    std::int32_t length() const { return m_text.getLength(); }
-
-private:
-    const String& m_text;
-    const char16_t* m_data;
-};
 
 /// The largest capacity that is a multiple of 16.
 constexpr std::int64_t MOST_UNITS = StrBuf1::MAX_CAPACITY & ~15u;
-
-std::int32_t measured(const char16_t* text, std::int32_t length)
-{
-    if (length == -1) length = text == nullptr ? 0 : ORVStrLenW(text);
-    return std::max(length, 0);
-}
 
 void moveUnits(char16_t* to, const char16_t* from, std::int32_t count)
 {
@@ -213,8 +194,8 @@ Result Str1::copy(const char16_t* text, std::int32_t length)
 
 Result Str1::copy(const String& text)
 {
-    const Text source(text);
-    return copy(source.data(), source.length());
+    const internal::ReadBracket source(text);
+    return copy(source.units(), source.length());
 }
 
 // Appending
@@ -241,8 +222,8 @@ Result Str1::append(char16_t unit, std::int32_t count)
 
 Result Str1::append(const String& text)
 {
-    const Text source(text);
-    return append(source.data(), source.length());
+    const internal::ReadBracket source(text);
+    return append(source.units(), source.length());
 }
 
 Result Str1::append(const Str1& text, std::int32_t start, std::int32_t end)

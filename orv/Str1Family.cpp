@@ -1,17 +1,11 @@
 #include "orv/Str1Family.h"
 
 #include "orv/String.h"
+#include "orv/internal/UnitScan.h"
 
 namespace orv {
 
-namespace {
-
-std::int32_t measured(const char16_t* text, std::int32_t length)
-{
-    return length == -1 ? ORVStrLenW(text) : length;
-}
-
-} // namespace
+using internal::measured;
 
 Str1Copy::Str1Copy(const char16_t* text, std::int32_t length)
 {

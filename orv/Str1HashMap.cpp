@@ -1,6 +1,7 @@
 #include "orv/Str1HashMap.h"
 
 #include "orv/Str1Family.h"
+#include "orv/internal/UnitScan.h"
 
 #include <algorithm>
 #include <limits>
@@ -86,11 +87,7 @@ typename Str1HashMap<T>::Entry*& Str1HashMap<T>::head(std::int32_t bucket) const
 template <class T>
 std::uint32_t Str1HashMap<T>::getKeyHashCode(const Str1& key) const
 {
-    const std::int32_t length = key.getLength();
-    const std::int32_t step = (length - 32) / 32 + 1;
-    std::uint32_t hash = 0;
-    for (std::int32_t i = 0; i < length; i += step) hash = hash * 37 + key[i];
-    return hash;
+    return internal::hashOfUnits({key.getData0(), key.getLength()});
 }
 
 template <class T>

@@ -22,7 +22,8 @@ namespace orv {
 /// Errors: put() throws OutOfMemoryException and leaves the map as it was.
 ///
 /// Threads: one at a time for the map together with all texts that share buffers with its keys;
-/// several may read while none writes, provided that each brings a key of its own.
+/// several may read while none writes, provided that each brings a key of its own and takes no
+/// values of a map to Str1, which share their texts too.
 template <class T>
 class ORV_API Str1HashMap : public CoreAllocated {
     struct Entry;

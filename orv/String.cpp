@@ -1,6 +1,7 @@
 #include "orv/String.h"
 
 #include "orv/internal/EmptyText.h"
+#include "orv/internal/ReadBracket.h"
 #include "orv/internal/StringAccess.h"
 #include "orv/internal/UnitScan.h"
 
@@ -10,6 +11,7 @@
 
 namespace orv {
 
+using internal::measured;
 using internal::newText;
 using internal::withTerminator;
 
@@ -17,12 +19,6 @@ namespace {
 
 constinit const char16_t zeroUnit = u'\0';
 constinit std::atomic<util::ROCharBuffer*> sharedEmptyText{nullptr};
-
-std::int32_t measured(const char16_t* text, std::int32_t length)
-{
-    if (length != -1) return length;
-    return text == nullptr ? 0 : ORVStrLenW(text);
-}
 
 } // namespace
 
@@ -135,7 +131,7 @@ void String::copyOnWrite(std::int32_t capacity)
 util::PlainCharBuffer* String::copyOf(const char16_t* text, std::int32_t length,
                                       std::int32_t capacity)
 {
-    length = std::max(measured(text, length), 0);
+    length = measured(text, length);
     if (length < 1 && capacity < 1) return emptyText();
     return newText(text, length, capacity);
 }
@@ -165,41 +161,19 @@ util::PlainCharBuffer* String::regionOf(AcquireMode mode, std::int32_t start, st
 
 String::String(util::ICharBuffer* source) : String(AcquireMode::AcquireCopy, source) {}
 
-namespace {
-
-/// A read bracket over any character buffer.
-class BufferReading {
-public:
-    explicit BufferReading(const util::ICharBuffer* buffer) : m_buffer(buffer)
-    {
-        throwIfFailed(buffer->GetReadLock(&m_data));
-    }
-    BufferReading(const BufferReading&) = delete;
-    BufferReading& operator=(const BufferReading&) = delete;
-    ~BufferReading() { m_buffer->ReleaseReadLock(); }
-    const char16_t* data() const noexcept { return m_data; }
-    std::int32_t length() const { return m_buffer->GetLength(); }
-
-private:
-    const util::ICharBuffer* m_buffer;
-    const char16_t* m_data = nullptr;
-};
-
-} // namespace
-
 String::String(AcquireMode mode, util::ICharBuffer* source)
 {
     if (mode == AcquireMode::AcquireAddRef) {
         useBuffer(source, nullptr);
         return;
     }
-    const BufferReading reading(source);
-    takePlain(acquire(mode, reading.data(), reading.length(), 0));
+    const internal::ReadBracket reading(*source);
+    takePlain(acquire(mode, reading.units(), reading.length(), 0));
 }
 
 String::String(AcquireMode mode, const char16_t* text, std::int32_t length, std::int32_t capacity)
 {
-    length = std::max(measured(text, length), 0);
+    length = measured(text, length);
     takePlain(length < 1 && capacity < 1 ? emptyText() : acquire(mode, text, length, capacity));
 }
 

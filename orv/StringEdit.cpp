@@ -1,6 +1,7 @@
 #include "orv/Failure.h"
 #include "orv/String.h"
 #include "orv/internal/StringAccess.h"
+#include "orv/internal/UnitScan.h"
 
 #include <algorithm>
 #include <cstring>
@@ -118,8 +119,7 @@ void String::splice(std::int32_t start, std::int32_t count, std::int32_t added,
 String& String::replace(std::int32_t start, std::int32_t count, const char16_t* text,
                         std::int32_t length, std::int32_t sourceOffset)
 {
-    if (length == -1) length = text == nullptr ? 0 : ORVStrLenW(text);
-    length = std::max(length, 0);
+    length = internal::measured(text, length);
     sourceOffset = std::clamp(sourceOffset, 0, length);
     const std::int32_t added = length - sourceOffset;
     const char16_t* const source = added > 0 ? text + sourceOffset : text;
@@ -194,7 +194,7 @@ String& String::setTo(char16_t unit, std::int32_t count)
 String& String::setTo(AcquireMode mode, const char16_t* text, std::int32_t length)
 {
     if (mode == AcquireMode::AcquireAlias) {
-        takePlain(viewOf(text, length == -1 ? ORVStrLenW(text) : length));
+        takePlain(viewOf(text, internal::measured(text, length)));
         return *this;
     }
     setTo(text, length);
@@ -220,9 +220,9 @@ void String::clear()
 
 String& String::append(const char16_t* text, std::int32_t length)
 {
-    if (length == -1) length = text == nullptr ? 0 : ORVStrLenW(text);
+    length = internal::measured(text, length);
     char16_t* const end = length > 0 ? roomBehind(length) : nullptr;
-    if (end == nullptr) return replace(-1, 0, text, std::max(length, 0), 0);
+    if (end == nullptr) return replace(-1, 0, text, length, 0);
     moveUnits(end, text, length);
     endText(end + length);
     return *this;

@@ -1,5 +1,6 @@
 #include "orv/Reference.h"
 #include "orv/String.h"
+#include "orv/internal/UnitScan.h"
 
 #include <algorithm>
 #include <array>
@@ -82,12 +83,6 @@ std::size_t firstMissing(const std::vector<Placeholder>& placeholders)
                                     occurs.begin());
 }
 
-std::int32_t measured(const char16_t* text, std::int32_t length)
-{
-    if (length != -1) return length;
-    return text == nullptr ? 0 : ORVStrLenW(text);
-}
-
 } // namespace
 
 String String::valueOf(bool value)
@@ -144,7 +139,7 @@ String String::valueOf(double value)
 const String& String::formatList(const char16_t* pattern, std::int32_t length,
                                  const char16_t* const* arguments, std::size_t count)
 {
-    length = std::max(measured(pattern, length), 0);
+    length = internal::measured(pattern, length);
     const std::vector<Placeholder> placeholders = placeholdersOf(pattern, length);
     count = std::min(count, firstMissing(placeholders));
 
@@ -165,7 +160,7 @@ const String& String::formatList(const char16_t* pattern, std::int32_t length,
 
 const String& String::formatv(const char16_t* pattern, std::int32_t length, std::va_list arguments)
 {
-    length = std::max(measured(pattern, length), 0);
+    length = internal::measured(pattern, length);
     const std::size_t count = firstMissing(placeholdersOf(pattern, length));
     std::vector<const char16_t*> list(count);
     for (const char16_t*& each : list) each = va_arg(arguments, const char16_t*);

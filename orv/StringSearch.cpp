@@ -14,8 +14,7 @@ namespace {
 
 Units unitsOf(const char16_t* text, std::int32_t length)
 {
-    if (length != -1) return {text, std::max(length, 0)};
-    return {text, text == nullptr ? 0 : ORVStrLenW(text)};
+    return {text, internal::measured(text, length)};
 }
 
 /// The two sides of a region operation, brought into their texts.
@@ -35,15 +34,6 @@ struct Region {
             return internal::orderOfFoldedUnits(own.data, other.data, own.length) == 0;
         }
         return internal::equalUnits(own.data, other.data, own.length);
-    }
-
-    std::int32_t order(bool ignoreCase) const
-    {
-        const std::int32_t common = std::min(own.length, other.length);
-        const std::int32_t result = ignoreCase
-                                        ? internal::orderOfFoldedUnits(own.data, other.data, common)
-                                        : internal::orderOfUnits(own.data, other.data, common);
-        return result != 0 ? result : own.length - other.length;
     }
 
     Units own{};

@@ -3,6 +3,7 @@
 #include "orv/Units.h"
 #include "platform/orvcore.h"
 
+#include <algorithm>
 #include <cstdint>
 
 /// \file
@@ -17,6 +18,13 @@ inline char16_t foldedUnit(char16_t unit) noexcept
 {
     if (unit >= 0x80) return ORVToLowerW(unit);
     return static_cast<char16_t>(unit >= u'A' && unit <= u'Z' ? unit + 0x20 : unit);
+}
+
+/// `length`, at least 0, or where it is -1 the length of the terminated `text`, 0 for null.
+inline std::int32_t measured(const char16_t* text, std::int32_t length) noexcept
+{
+    if (length != -1) return std::max(length, 0);
+    return text == nullptr ? 0 : ORVStrLenW(text);
 }
 
 /// Whether `count` units are the same.

@@ -1,38 +1,16 @@
 #include "orv/io/Writer.h"
 
-#include "orv/Failure.h"
 #include "orv/String.h"
+#include "orv/internal/ReadBracket.h"
 
 namespace orv::io {
-
-namespace {
-
-/// Keeps a text from being changed for a scope.
-class ReadLock {
-public:
-    explicit ReadLock(const String& text) : m_text(text)
-    {
-        throwIfFailed(text.GetReadLock(&m_units));
-    }
-    ReadLock(const ReadLock&) = delete;
-    ReadLock& operator=(const ReadLock&) = delete;
-    ~ReadLock() { static_cast<void>(m_text.ReleaseReadLock()); }
-
-    const char16_t* units() const noexcept { return m_units; }
-
-private:
-    const String& m_text;
-    const char16_t* m_units = nullptr;
-};
-
-} // namespace
 
 Writer::~Writer() noexcept(false) = default;
 
 void Writer::write(const String& text)
 {
-    const ReadLock lock(text);
-    write(lock.units(), text.getLength());
+    const ::orv::internal::ReadBracket reading(text);
+    write(reading.units(), reading.length());
 }
 
 void Writer::write(const char16_t* text)

@@ -1,5 +1,6 @@
 #include "orv/util/CharBuffers.h"
 
+#include "orv/internal/ReadBracket.h"
 #include "orv/util/internal/BasicBufferBody.h"
 
 namespace orv::util {
@@ -28,39 +29,15 @@ bool RWCharBuffer::isWritable() const
 
 namespace {
 
-/// Holds the read lock of a buffer.
-class ReadBracket {
-public:
-    explicit ReadBracket(const ICharBuffer* buffer) : m_buffer(buffer)
-    {
-        throwIfFailed(buffer->GetReadLock(&m_data));
-    }
-    ReadBracket(const ReadBracket&) = delete;
-    ReadBracket& operator=(const ReadBracket&) = delete;
-    ~ReadBracket()
-    {
-        if (m_buffer != nullptr) m_buffer->ReleaseReadLock();
-    }
-
-    const char16_t* data() const noexcept { return m_data; }
-
-    void release()
-    {
-        const ICharBuffer* const buffer = m_buffer;
-        m_buffer = nullptr;
-        throwIfFailed(buffer->ReleaseReadLock());
-    }
-
-private:
-    const ICharBuffer* m_buffer;
-    const char16_t* m_data = nullptr;
-};
-
-void copyLocked(const ICharBuffer* source, char16_t* units, std::int32_t length)
+/// Copies what of `length` units is still there; returns how many.
+std::int32_t copyLocked(const ICharBuffer& source, char16_t* units, std::int32_t length)
 {
-    ReadBracket reading(source);
-    std::copy_n(reading.data(), length, units);
+    ::orv::internal::ReadBracket reading(source);
+    // Another thread may have shortened the text since it was measured.
+    length = std::min(length, reading.length());
+    std::copy_n(reading.units(), length, units);
     reading.release();
+    return length;
 }
 
 } // namespace
@@ -69,11 +46,11 @@ void copyLocked(const ICharBuffer* source, char16_t* units, std::int32_t length)
 
 orv::Result ORVCopyCharBuffer(orv::util::ICharBuffer* destination, orv::util::ICharBuffer* source)
 {
-    const std::int32_t length = source->GetLength();
+    std::int32_t length = source->GetLength();
     char16_t* units = nullptr;
     orv::throwIfFailed(destination->GetWriteLock(length, &units));
     try {
-        orv::util::copyLocked(source, units, length);
+        length = orv::util::copyLocked(*source, units, length);
     } catch (...) {
         destination->ReleaseWriteLock(-1);
         throw;
