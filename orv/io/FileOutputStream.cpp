@@ -28,12 +28,13 @@ public:
         try {
             m_lock->signal();
         } catch (...) {
-            if (std::uncaught_exceptions() == 0) throw;
+            if (std::uncaught_exceptions() == m_unwinding) throw;
         }
     }
 
 private:
     ipc::SemaphoreR* m_lock;
+    int m_unwinding = std::uncaught_exceptions();
 };
 
 /// Leaves the length of the file in the lock while a write is under way.

@@ -74,7 +74,7 @@ std::int32_t InputStreamReader::convertTail(char16_t* buffer, std::int32_t n)
     m_aheadPos = m_aheadCount = 0;
     try {
         m_converter->convert(m_buffer.get(), &m_pos, m_count, m_ahead.data(), &m_aheadCount, room);
-    } catch (...) {
+    } catch (const Exception&) {
         // The next read meets the same bytes, when the units before them have been given.
         if (m_aheadCount == 0) throw;
     }
