@@ -14,10 +14,7 @@
 namespace orv::io::test {
 namespace {
 
-using orv::test::awaitTrue;
-using orv::test::ForkedChild;
-using orv::test::SharedPage;
-using orv::test::TemporaryFolder;
+using namespace orv::test;
 
 constexpr int WRITERS = 4;
 constexpr int VICTIM = 0;
@@ -53,12 +50,11 @@ void checkRecords(const std::string& file, const Progress& progress)
 {
     std::ifstream in(file, std::ios::binary);
     std::map<int, std::uint32_t> next;
-    int lines = 0;
-    for (std::string line; std::getline(in, line); ++lines) {
+    for (std::string line; std::getline(in, line);) {
         int writer = -1;
         unsigned number = 0;
         ASSERT_EQ(std::sscanf(line.c_str(), "%d %u", &writer, &number), 2) << line.substr(0, 80);
-        ASSERT_EQ(line + "\n", record(writer, number)) << "line " << lines;
+        ASSERT_EQ(line + "\n", record(writer, number));
         ASSERT_LE(number, next[writer]);
         ASSERT_GE(number + (writer == VICTIM ? 1 : 0), next[writer]);
         next[writer] = number + 1;
@@ -66,10 +62,9 @@ void checkRecords(const std::string& file, const Progress& progress)
     for (int writer = 1; writer < WRITERS; ++writer) {
         EXPECT_EQ(next[writer], progress.written[writer]);
     }
-    EXPECT_GT(lines, 100);
 }
 
-void appendWhileOneIsKilled(std::uint32_t mode, int kills)
+void appendWhileOneIsKilled(std::uint32_t mode, unsigned kills)
 {
     const TemporaryFolder folder;
     const String path = folder.file(u"log.txt");
@@ -80,10 +75,9 @@ void appendWhileOneIsKilled(std::uint32_t mode, int kills)
             [&] { return appendRecords(path, mode, writer, *progress); });
     };
     for (int writer = 0; writer < WRITERS; ++writer) writers.push_back(start(writer));
-    for (int kill = 0; kill < kills; ++kill) {
-        const std::uint32_t before = progress->written[VICTIM];
-        const std::uint32_t more = static_cast<std::uint32_t>(kill % 3);
-        ASSERT_TRUE(awaitTrue([&] { return progress->written[VICTIM] > before + more; }));
+    for (unsigned kill = 0; kill < kills; ++kill) {
+        const std::uint32_t awaited = progress->written[VICTIM] + kill % 3;
+        ASSERT_TRUE(awaitTrue([&] { return progress->written[VICTIM] > awaited; }));
         writers[VICTIM]->kill();
         writers[VICTIM] = start(VICTIM);
     }
@@ -102,44 +96,29 @@ TEST(FileSharing, fourProcessesAppendWholeRecordsWhileOneIsKilled)
 TEST(FileSharing, theNextWriterCutsOffWhatADeadOneTore)
 {
     const TemporaryFolder folder;
-    const String path = folder.file(u"log.txt");
-    FileOutputStream out(path, FileOutputStream::APPEND);
+    FileOutputStream out(folder.file(u"log.txt"), FileOutputStream::APPEND);
     out.write("first\n", 6);
-    ForkedChild child([&] {
-        ipc::SemaphoreR lock((folder.path() / "log.txt").c_str(), 1);
-        lock.wait();
-        lock.noteFileSize(6);
-        std::ofstream(folder.path() / "log.txt", std::ios::app) << "torn rec";
-        ::raise(SIGKILL);
-        return 0;
-    });
-    EXPECT_EQ(child.exitCode(), -1);
-    EXPECT_EQ(folder.read("log.txt"), "first\ntorn rec");
+    // What a writer leaves that is killed within its write.
+    ipc::SemaphoreR((folder.path() / "log.txt").c_str(), 1).noteFileSize(6);
+    std::ofstream(folder.path() / "log.txt", std::ios::app) << "torn rec";
     out.write("second\n", 7);
     EXPECT_EQ(folder.read("log.txt"), "first\nsecond\n");
 }
 
-TEST(FileSharing, aBracketKeepsOthersOut)
+TEST(FileSharing, aBracketHoldsTheLockNamedAfterThePath)
 {
     const TemporaryFolder folder;
-    const String path = folder.file(u"\u00FCnic\u00F6de \u65E5\u672C.txt");
-    FileOutputStream out(path, FileOutputStream::LOCK | FileOutputStream::ATEND);
-    SharedPage<std::atomic<bool>> begun;
+    const std::u16string name(20, u'\u65E5'); // in UTF-8 much longer than in units
+    const std::string lockName = (folder.path() / name).string();
+    ipc::SemaphoreR same(lockName.c_str(), 1);
+    FileOutputStream out(folder.file(name.c_str()), FileOutputStream::LOCK);
     out.wait();
     out.write("one ", 4);
-    ForkedChild other([&] {
-        FileOutputStream next(path, FileOutputStream::LOCK | FileOutputStream::ATEND);
-        *begun = true;
-        next.write("three", 5);
-        return 0;
-    });
-    ASSERT_TRUE(awaitTrue([&] { return begun->load(); }));
-    for (int i = 0; i < 1000; ++i) std::this_thread::yield();
-    out.write("two ", 4);
+    EXPECT_FALSE(same.tryWait());
+    out.write("two", 3);
     out.signal();
-    EXPECT_EQ(other.exitCode(), 0);
-    std::ifstream in(folder.path() / std::u16string(path.getData()), std::ios::binary);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "one two three");
+    EXPECT_TRUE(same.tryWait());
+    same.signal();
 }
 
 } // namespace

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "orv/Exception.h"
 #include "orv/Reference.h"
 #include "orv/io/InputStream.h"
 #include "orv/io/IoExceptions.h"
 #include "orv/io/OutputStream.h"
 #include "orv/io/Reader.h"
 #include "orv/io/Writer.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
@@ -19,6 +19,9 @@
 #include <utility>
 
 namespace orv::io::test {
+
+using orv::test::Refusal;
+using orv::test::refusalOf;
 
 /// Streams that know what was done to them. `Base` is InputStream or Reader: gives `content` in
 /// pieces of at most `piece` units, and tells of `ready` units.
@@ -39,18 +42,16 @@ public:
         return static_cast<std::int32_t>(taken);
     }
     std::int32_t available() override { return ready; }
-    void close() override { ++closed; }
 
     Text content;
     std::size_t piece;
     std::size_t position = 0;
     std::int32_t ready = 0;
-    int closed = 0;
 };
 using PieceStream = PieceSource<InputStream, signed char, std::string>;
 using PieceReader = PieceSource<Reader, char16_t, std::u16string>;
 
-/// `Base` is OutputStream or Writer: keeps what was written.
+/// `Base` is OutputStream or Writer: keeps what was written, and refuses the next if it is full.
 template <class Base, class Unit, class Text>
 class Recording : public Base {
 public:
@@ -58,6 +59,7 @@ public:
     void write(const Unit* units, std::int32_t n) override
     {
         EXPECT_GT(n, 0) << "a write of nothing";
+        if (std::exchange(isFull, false)) throw IoException(u"full");
         ++writes;
         for (std::int32_t i = 0; i < n; ++i) {
             content.push_back(static_cast<typename Text::value_type>(units[i]));
@@ -70,33 +72,10 @@ public:
     int writes = 0;
     int flushes = 0;
     int closed = 0;
+    bool isFull = false;
 };
 using RecordingStream = Recording<OutputStream, signed char, std::string>;
 using RecordingWriter = Recording<Writer, char16_t, std::u16string>;
-
-/// The description of the Exception of the type that `body` throws.
-template <class Thrown = IoException, class Body>
-String thrownBy(Body body)
-{
-    try {
-        body();
-    } catch (const Thrown& exception) {
-        return exception.getDescription();
-    }
-    return u"nothing";
-}
-
-/// The code of the ResultException that `body` throws, 0 for none.
-template <class Body>
-std::uint32_t codeThrownBy(Body body)
-{
-    try {
-        body();
-    } catch (const ResultException& exception) {
-        return static_cast<std::uint32_t>(exception.getResult());
-    }
-    return 0;
-}
 
 /// What read() of `n` units gives, in front of "|-1" at the end.
 inline std::string readOnce(InputStream& in, std::int32_t n)
@@ -106,17 +85,6 @@ inline std::string readOnce(InputStream& in, std::int32_t n)
     if (got < 0) return "|" + std::to_string(got);
     bytes.resize(static_cast<std::size_t>(got));
     return bytes;
-}
-
-/// All that a reader gives, asked for `n` units at a time.
-inline std::u16string readAll(Reader& in, std::int32_t n)
-{
-    std::u16string all;
-    std::u16string units(static_cast<std::size_t>(n), u'\0');
-    for (std::int32_t got; (got = in.read(units.data(), n)) >= 0;) {
-        all.append(units, 0, static_cast<std::size_t>(got));
-    }
-    return all;
 }
 
 } // namespace orv::io::test

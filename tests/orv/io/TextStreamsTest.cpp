@@ -9,7 +9,6 @@ namespace orv::io::test {
 namespace {
 
 using namespace std::string_literals;
-using text::charset::InvalidCharacterException;
 
 enum Direction { BOTH, READ, WRITTEN };
 
@@ -21,64 +20,58 @@ struct Row {
 };
 
 const Row ROWS[] = {
-    {u"UTF-8", u"a\u00E9\u20AC\U00010000z", "a\xC3\xA9\xE2\x82\xAC\xF0\x90\x80\x80z"},
-    {u"UTF-8", u"\U00010000\U0001F600\U0001F600",
-     "\xF0\x90\x80\x80\xF0\x9F\x98\x80\xF0\x9F\x98\x80"},
-    {u"UTF-8", u"12345\U0001F600", "12345\xF0\x9F\x98\x80"},
+    {u"UTF-8", u"a\u00E9\u20AC\U00010000\U0001F600z\U0001F600",
+     "a\xC3\xA9\xE2\x82\xAC\xF0\x90\x80\x80\xF0\x9F\x98\x80z\xF0\x9F\x98\x80"},
     {u"UTF-8", u"1\xDC00", "1\xED\xB0\x80", WRITTEN}, // a trailing half by itself
-    {u"UTF-8", u"a\uFFFD\uFFFD\uFFFDz", "a\xFF\xE2\x82z", READ},
-    {u"UTF-8", u"ab\uFFFD\uFFFD", "ab\xE2\x82", READ},       // cut off at the end
-    {u"UTF-8", u"\uFFFD\uFFFD\uFFFD", "\xF0\x9F\x98", READ}, // as well
-    {u"UTF-8", u"\uFFFDx", "\xF4\x90\x80\x80x", READ},
+    {u"UTF-8", u"a\uFFFD\uFFFD\uFFFDz\uFFFDx", "a\xFF\xE2\x82z\xF4\x90\x80\x80x", READ},
+    {u"UTF-8", u"ab\uFFFD\uFFFD\uFFFD", "ab\xF0\x9F\x98", READ}, // cut off at the end
     {u"UTF-16LE", u"a\U00010000", "a\0\x00\xD8\x00\xDC"s},
-    {u"UTF-16BE", u"a\U00010000", "\0a\xD8\x00\xDC\x00"s},
-    {u"UTF-16BE", u"a\uFFFD", "\0a\0"s, READ},
+    {u"UTF-16BE", u"a\U00010000\uFFFD", "\0a\xD8\x00\xDC\x00\0"s, READ},
     {u"UTF-32LE", u"a\U00010000b", "a\0\0\0\0\0\1\0b\0\0\0"s, WRITTEN},
-    {u"CP1252", u"\u20ACuro", "\x80uro"},
     {u"CP1252", u"\u20ACuro 12345678\U0001F600\U0001F600!", "\x80uro 12345678\?\?!", WRITTEN},
-    {u"ASCII", u"\U0001F600\U0001F600\U0001F600\U0001F600\U0001F600", "?????", WRITTEN},
-    {u"AMP-7", u"a&\U0001F600\u2019\"z", "a&AMP;&_1F600;&_2019;\"z"},
-    {u"AMP-7", u"\U0001F600\U0001F601", "&_1F600;&_1F601;"},
-    {u"AMP-7", u"a\"\uFFFD\uFFFDxyz", "a&QUOT;&xyz", READ},
-    {u"AMP-7", u"cut \uFFFD_1F", "cut &_1F", READ},
+    {u"AMP-7", u"a&\U0001F600\u2019\U0001F601\"z", "a&AMP;&_1F600;&_2019;&_1F601;\"z"},
+    {u"AMP-7", u"a\"\uFFFD\uFFFDxyz \uFFFD_1F", "a&QUOT;&xyz &_1F", READ},
 };
 
-TEST(InputStreamReader, givesTheSameTextHoweverItIsSplit)
+std::u16string readBy(const Row& row, std::size_t piece, std::int32_t size, std::int32_t n)
 {
-    for (const Row& row : ROWS) {
-        if (row.direction == WRITTEN) continue;
-        for (std::size_t piece = 1; piece <= row.bytes.size(); ++piece) {
-            for (const std::int32_t size : {1, 7, 8, 9, 64}) {
-                for (const std::int32_t n : {1, 2, 3, 5, 100}) {
-                    SCOPED_TRACE(testing::Message() << orv::test::readable(row.text) << " by "
-                                                    << piece << ' ' << size << ' ' << n);
-                    const auto bytes = makeReference<PieceStream>(row.bytes, piece);
-                    InputStreamReader in(bytes.get(), row.encoding, size);
-                    ASSERT_EQ(readAll(in, n), row.text);
-                    EXPECT_EQ(in.read(), -1);
-                }
-            }
-        }
+    InputStreamReader in(makeReference<PieceStream>(row.bytes, piece).get(), row.encoding, size);
+    std::u16string all;
+    char16_t units[100];
+    for (std::int32_t got; (got = in.read(units, n)) >= 0;) {
+        all.append(units, static_cast<std::size_t>(got));
     }
+    EXPECT_EQ(in.read(), -1);
+    return all;
 }
 
-TEST(OutputStreamWriter, writesTheSameBytesHoweverTheTextIsSplit)
+std::string writtenBy(const Row& row, std::size_t piece, std::int32_t size)
+{
+    const auto bytes = makeReference<RecordingStream>();
+    OutputStreamWriter out(bytes.get(), row.encoding, size);
+    for (std::size_t at = 0; at < row.text.size(); at += piece) {
+        const std::size_t n = std::min(piece, row.text.size() - at);
+        out.write(row.text.data() + at, static_cast<std::int32_t>(n));
+    }
+    out.flush();
+    EXPECT_EQ(bytes->flushes, 1);
+    return bytes->content;
+}
+
+TEST(TextStreams, carryTheSameHoweverItIsSplit)
 {
     for (const Row& row : ROWS) {
-        if (row.direction == READ) continue;
-        const auto length = static_cast<std::int32_t>(row.text.size());
-        for (std::int32_t size = 0; size < 20; ++size) {
-            for (std::int32_t piece = 1; piece <= length; ++piece) {
+        for (std::size_t piece = 1; piece <= row.bytes.size(); ++piece) {
+            for (std::int32_t size = 0; size < 20; ++size) {
                 SCOPED_TRACE(testing::Message()
                              << orv::test::readable(row.text) << " by " << piece << ' ' << size);
-                const auto bytes = makeReference<RecordingStream>();
-                OutputStreamWriter out(bytes.get(), row.encoding, size);
-                for (std::int32_t at = 0; at < length; at += piece) {
-                    out.write(row.text.data() + at, std::min(piece, length - at));
+                if (row.direction != READ) {
+                    ASSERT_EQ(writtenBy(row, piece, size), row.bytes);
                 }
-                out.flush();
-                ASSERT_EQ(bytes->content, row.bytes);
-                EXPECT_EQ(bytes->flushes, 1);
+                for (const std::int32_t n : {1, 2, 3, 5, 100}) {
+                    if (row.direction == WRITTEN) break;
+                    ASSERT_EQ(readBy(row, piece, size, n), row.text) << n << " at a time";
+                }
             }
         }
     }
@@ -92,22 +85,20 @@ TEST(InputStreamReader, meetsABadSequenceAgainAndAgain)
     EXPECT_EQ(in.read(), 0xD800);
     EXPECT_EQ(in.read(), 0xDC00);
     for (int i = 0; i < 2; ++i) {
-        EXPECT_EQ(thrownBy<InvalidCharacterException>([&] { in.read(); }),
-                  u"Invalid UTF-8 sequence (decoded chars in surrogate range)");
+        EXPECT_THROW(in.read(), text::charset::InvalidCharacterException);
     }
 }
 
 TEST(OutputStreamWriter, waitsForTheOtherHalfOfAPairUntilFlushed)
 {
+    const Refusal lonely(E_INVALID_CHARACTER, "leading surrogate without trailing");
     for (const char16_t* encoding : {u"UTF-8", u"UTF-32BE", u"CP1252", u"AMP-7"}) {
         SCOPED_TRACE(String(encoding).getBytes());
         const auto bytes = makeReference<RecordingStream>();
         OutputStreamWriter out(bytes.get(), encoding, 6);
         out.write(u"abc\xD83D", 4);
-        EXPECT_EQ(thrownBy<InvalidCharacterException>([&] { out.flush(); }),
-                  u"leading surrogate without trailing");
-        EXPECT_EQ(thrownBy<InvalidCharacterException>([&] { out.write(u"x"); }),
-                  u"leading surrogate without trailing");
+        EXPECT_EQ(refusalOf([&] { out.flush(); }), lonely);
+        EXPECT_EQ(refusalOf([&] { out.write(u"x"); }), lonely);
         out.write(u'\xDE00');
         EXPECT_NO_THROW(out.flush());
         EXPECT_EQ(bytes->flushes, 1);

@@ -4,6 +4,7 @@
 
 #include "orv/text/charset/internal/Utf8Kernels.h"
 
+#include "fuzz/ConverterFuzz.h"
 #include "tests/orv/text/charset/Converting.h"
 
 #include <random>
@@ -12,7 +13,6 @@ namespace orv::text::charset {
 namespace {
 
 using namespace std::string_view_literals;
-using test::Outcome;
 
 TEST(BTCUTF8, readsWithTolerance)
 {
@@ -44,18 +44,11 @@ TEST(BTCUTF8, readsWithTolerance)
 
 void compareAlone(BTCUTF8& decoder, std::string_view bytes)
 {
-    const auto expected = test::slowDecode(test::slowUtf8, bytes, bytes.size() + 4, {});
-    std::u16string out(bytes.size() + 4, u'\0');
-    std::int32_t from = 0, to = 0;
-    Outcome end = Outcome::stop;
-    try {
-        decoder.convert(bytesOf(bytes), &from, static_cast<std::int32_t>(bytes.size()), out.data(),
-                        &to, static_cast<std::int32_t>(out.size()));
-    } catch (const InvalidCharacterException&) {
-        end = Outcome::invalid;
-    }
-    out.resize(static_cast<std::size_t>(to));
-    ASSERT_EQ(end, expected.end);
+    const std::size_t room = bytes.size() + 4;
+    const auto expected = test::slowDecode(test::slowUtf8, bytes, room, {});
+    std::u16string out;
+    std::int32_t from = 0;
+    ASSERT_EQ(fuzz::convertOnce(decoder, bytes, from, bytes.size(), out, room), expected.end);
     ASSERT_EQ(static_cast<std::size_t>(from), expected.consumed);
     ASSERT_EQ(out, expected.out);
 }
