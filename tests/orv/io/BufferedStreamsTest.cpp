@@ -32,8 +32,9 @@ TEST(BufferedInputStream, returnsToAMarkWithinItsLimit)
     };
     for (const Row& row : {Row{0, 5, 5},
                            {3, 10, 20, false}, // read past the limit, refilled
-                           {3, 13, 13},        // not refilled yet
-                           {3, 1000, 23},      // grows
+                           {3, 13, 14, false},
+                           {3, 13, 13},   // not refilled yet
+                           {3, 1000, 23}, // grows
                            {16, 16, 10},
                            {10, -1, 2}}) {
         SCOPED_TRACE(row.limit);
@@ -103,7 +104,6 @@ TEST(BufferedStreams, closeDropsWhatIsNotFlushed)
     EXPECT_EQ(bytes->content, "A") << "the symbol that was whole";
 
     BufferedInputStream in(makeReference<PieceStream>(LETTERS).get(), 16);
-    EXPECT_EQ(in.read(), 'a');
     in.close();
     expectClosed([&] { in.read(); });
     expectClosed([&] { readOnce(in, 1); });

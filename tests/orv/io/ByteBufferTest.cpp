@@ -36,9 +36,8 @@ TYPED_TEST(ByteBufferTest, laysOutNumbersInItsOrderAtAnyPlace)
                                  "\0\0\0\0\0\0"sv;
     const std::string_view little = "?\2\1\6\5\4\3\16\15\14\13\12\11\10\7\0\0\xC0\x3F\0\0\0\0\0\0"
                                     "\xF8\xBF"sv;
-    for (const auto& [order, bytes] : {std::pair{TestFixture::BIG, big},
-                                       {TestFixture::LITTLE, little},
-                                       {TestFixture::MIXED, big}}) {
+    for (const auto& [order, bytes] :
+         {std::pair{TestFixture::BIG, big}, {TestFixture::LITTLE, little}}) {
         typename TestFixture::Over first(little, order), second(big, order);
         TypeParam &relative = first.buffer, &absolute = second.buffer;
         relative.put('?');

@@ -2,6 +2,7 @@
 #include "orv/io/AlphaNumOutputStream.h"
 #include "orv/io/BitInputStream.h"
 #include "orv/io/BitOutputStream.h"
+#include "orv/io/BufferedInputStream.h"
 #include "orv/io/DataInputStream.h"
 #include "orv/io/DataOutputStream.h"
 
@@ -43,9 +44,9 @@ TEST(AlphaNumStreams, fiveBytesAreEightSymbolsAndShorterGroupsGainAByte)
     for (const auto& [bytes, text, back] :
          {Row{"\0\0\0\0\0"sv, "AAAAAAAA", "\0\0\0\0\0"sv},
           {"\xFF"sv, "96", "\xFF\0"sv},
-          {"\x12\x34"sv, "CJ4A", "\x12\x34\0"sv},
-          {"\x12\x34\x56"sv, "CJ4FN", "\x12\x34\x56\0"sv},
-          {"\x12\x34\x56\x78"sv, "CJ4FN8A", "\x12\x34\x56\x78\0"sv},
+          {"\x12\x35"sv, "CJ4S", "\x12\x35\0"sv},
+          {"\x12\x34\x57"sv, "CJ4FQ", "\x12\x34\x57\0"sv},
+          {"\x12\x34\x56\x7B"sv, "CJ4FN82", "\x12\x34\x56\x7B\0"sv},
           {"\x12\x34\x56\x78\x9A"sv, "CJ4FN8E4", "\x12\x34\x56\x78\x9A"sv},
           {""sv, "", "|-1"sv}}) {
         EXPECT_EQ(encoded({bytes}), text);
@@ -178,6 +179,8 @@ TEST(DataStreams, layOutEachKindWithTheHighByteFirst)
     EXPECT_FALSE(in->readBool());
     EXPECT_TRUE(in->readBool());
     EXPECT_EQ(in->readInt64(), -0x80000000LL) << "a low half with its top bit set fills the high";
+    DataInputStream withSign(over<BufferedInputStream>("\x80\0\0\1"sv, 16).get());
+    EXPECT_THROW(withSign.readInt32(), UnexpectedEOFException) << "a negative byte is the end";
     signed char block[8] = {};
     in->readFully(block, 7);
     EXPECT_EQ(std::string(block, block + 8), "abcdefg\0"sv);

@@ -120,5 +120,13 @@ TEST(Converters, tellWhatIsInvalid)
     EXPECT_EQ(encode(u"\xDC00"), "trailing surrogate without leading");
 }
 
+TEST(Converters, endAmp7BeforeTheLastCodePointOfFiveDigits)
+{
+    const Reference encoder(CharToByteConverter::getConverter(u"AMP-7"));
+    EXPECT_EQ(encoded(*encoder, u"\U000FFFFE\U000FFFFF"), "&_FFFFE;?");
+    const Reference decoder(ByteToCharConverter::getConverter(u"AMP-7"));
+    EXPECT_EQ(decoded(*decoder, "&_FFFFF;"), u"\U000FFFFF");
+}
+
 } // namespace
 } // namespace orv::text::charset
