@@ -1,6 +1,5 @@
 #include "orv/io/Channels.h"
 
-#include "orv/Failure.h"
 #include "orv/io/IoStreamChannel.h"
 #include "orv/io/QuarkChannel.h"
 
@@ -24,9 +23,9 @@ Reference<IChannel> Channels::adaptQuarkChannel(quark::IORVChannel* channel)
 
 Reference<IInheritableChannel> Channels::adaptQuarkWithInheritance(quark::IORVChannel* channel)
 {
-    String name;
-    throwIfFailed(channel->GetInheritableName(&name));
-    return makeReference<QuarkChannel>(channel);
+    const auto adapted = makeReference<QuarkChannel>(channel);
+    adapted->getInheritableName();
+    return adapted;
 }
 
 } // namespace orv::io

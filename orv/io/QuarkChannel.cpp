@@ -28,9 +28,10 @@ int QuarkChannel::write(ByteBuffer& buffer)
 
 String QuarkChannel::getInheritableName()
 {
-    String name;
-    throwIfFailed(m_channel->GetInheritableName(&name));
-    return name;
+    // On the heap, because a component may take a Reference to what it is given.
+    const auto name = makeReference<String>();
+    throwIfFailed(m_channel->GetInheritableName(name.get()));
+    return *name;
 }
 
 } // namespace orv::io

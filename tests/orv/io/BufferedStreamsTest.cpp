@@ -21,7 +21,6 @@ TEST(BufferedInputStream, givesSingleBytesWithTheirSign)
     EXPECT_EQ(in.read(), -128);
     EXPECT_EQ(in.read(), -1);
     EXPECT_EQ(readOnce(in, 1), "\xFF");
-    EXPECT_EQ(readOnce(in, 1), "|-1");
 }
 
 TEST(BufferedInputStream, returnsToAMarkWithinItsLimit)
@@ -68,7 +67,6 @@ TEST(BufferedOutputStream, passesOnWhatIsFullAndWhatIsLarge)
     EXPECT_EQ(inner->content, LETTERS.substr(0, 16)) << "offered whole again";
     out.write(LETTERS.data(), 16);
     EXPECT_EQ(inner->content, LETTERS.substr(0, 17) + LETTERS.substr(0, 16));
-    EXPECT_EQ(inner->writes, 3);
 }
 
 template <class Use>

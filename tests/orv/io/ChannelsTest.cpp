@@ -1,6 +1,5 @@
 #include "orv/io/Channels.h"
 
-#include "orv/Exceptions.h"
 #include "orv/io/ByteBuffer.h"
 #include "orv/io/IoStreamChannel.h"
 #include "orv/io/LockingChannel.h"
@@ -15,6 +14,16 @@ namespace {
 struct Throwing : ::orv::quark::Implements<Object, IChannel> {
     int read(ByteBuffer&) override { throw ResultException(E_NOT_FOUND); }
     int write(ByteBuffer&) override { throw IoException(u"broken"); }
+};
+
+/// Takes a Reference to what it is given, as a component may do.
+struct Holding : IoStreamChannel {
+    using IoStreamChannel::IoStreamChannel;
+    Result GetInheritableName(util::ICharBuffer* name) override
+    {
+        const Reference<util::ICharBuffer> held(name);
+        return IoStreamChannel::GetInheritableName(held.get());
+    }
 };
 
 /// The component side of an object, whatever it is.
@@ -69,8 +78,8 @@ TEST_F(ChannelsTest, tellTheNameOfAnInheritableChannelOnly)
     const auto nameless = makeReference<IoStreamChannel>(in.get(), out.get());
     EXPECT_EQ(refusalOf([&] { nameless->getInheritableName(); }).first, E_NOT_AVAILABLE);
     EXPECT_EQ(refusalOf([&] { adapted(nameless); }).first, E_NOT_AVAILABLE);
-    const auto named = Channels::adaptStreams(in.get(), out.get(), u"socket=7");
-    EXPECT_EQ(named->getInheritableName(), u"socket=7");
+    const auto named = makeReference<Holding>(in.get(), out.get(), u"socket=7");
+    EXPECT_EQ(Channels::adaptStreams(in.get(), out.get(), u"x")->getInheritableName(), u"x");
     EXPECT_EQ(adapted(named)->getInheritableName(), u"socket=7");
     const auto joined = makeReference<ReadWriteChannel>(named.get(), named.get());
     EXPECT_EQ(refusalOf([&] { adapted(joined); }).first, E_NOT_AVAILABLE);
