@@ -22,7 +22,6 @@ namespace {
 using namespace orvcore;
 using orv::test::acceptFrom;
 using orv::test::awaitSleepOf;
-using orv::test::loopback;
 using orv::test::PlainSocket;
 
 int descriptorOf(const PlainSocket& socket)
