@@ -27,8 +27,8 @@ namespace orv::log {
 namespace {
 
 using io::FileOutputStream;
-using io::test::codeThrownBy;
 using io::test::RecordingWriter;
+using io::test::refusalOf;
 using namespace orv::test;
 
 /// A processor that calls a function with the level of each entry.
@@ -138,15 +138,15 @@ TEST(AsyncProcessor, aFailureEndsTheThreadAndTheRestWaitsForTheStop)
     });
     Reference<Logger> logger = loggerTo(AsyncProcessor::create(target.get(), 1));
     for (int i = 0; i < 10; ++i) logger->log(i, u"");
-    const std::uint32_t code = codeThrownBy([&] { logger = nullptr; });
-    EXPECT_EQ(code, byCaller == 10 ? 0x80070100 : 0x80070103);
+    const Result code = refusalOf([&] { logger = nullptr; }).first;
+    EXPECT_EQ(code, makeResult(byCaller == 10 ? 0x80070100 : 0x80070103));
     EXPECT_GE(byCaller, 9);
     const auto failTwice = [&] {
         const auto held = loggerTo(AsyncProcessor::create(target.get(), 0));
         held->log(3, u"");
         throwResult(E_NOT_FOUND);
     };
-    EXPECT_EQ(codeThrownBy(failTwice), static_cast<std::uint32_t>(E_NOT_FOUND)) << "goes on alone";
+    EXPECT_EQ(refusalOf(failTwice).first, E_NOT_FOUND) << "goes on alone";
 }
 
 // Two producers run until the moment of the stop, which is their last reference's. Each entry has
@@ -206,9 +206,10 @@ TEST(QuarkProcessor, passesEntriesToComponentsAndFailuresBack)
     const auto component = makeReference<Component>();
     const auto processor = quark::QuarkProcessor::create(component.get());
     loggerTo(processor)->log(1, u"x");
-    EXPECT_EQ(codeThrownBy([&] { processor->process(LogEntry::create().get()); }), 0x80071234);
-    EXPECT_EQ(codeThrownBy([&] { processor->process(makeReference<Foreign>().get()); }),
-              0x80004002);
+    EXPECT_EQ(refusalOf([&] { processor->process(LogEntry::create().get()); }).first,
+              makeResult(0x80071234));
+    EXPECT_EQ(refusalOf([&] { processor->process(makeReference<Foreign>().get()); }).first,
+              E_NOINTERFACE);
     EXPECT_EQ(component->calls, 2);
 }
 
@@ -232,7 +233,7 @@ TEST(LogWriters, writeAnEntryInOnePieceAndFlushItOrNothing)
     entry->setField(u"", makeReference<String>((u"<&>" + longText).c_str()).get());
     writer->process(entry.get());
     entry->setField(u"", nullptr);
-    EXPECT_EQ(codeThrownBy([&] { writer->process(entry.get()); }), 0x80070026);
+    EXPECT_EQ(refusalOf([&] { writer->process(entry.get()); }).first, makeResult(0x80070026));
     EXPECT_EQ(out->content, u"-------------------------\none two=" + longText + u"\n=<&>" +
                                 longText + u"\n-------------------------\n");
     EXPECT_EQ(std::pair(out->writes, out->flushes), std::pair(2, 2));
@@ -250,7 +251,7 @@ TEST(LogWriters, ofXmlWriteADocument)
     writer->process(entry.get());
     EXPECT_EQ(out->flushes, 3);
     entry->setField(u"null", nullptr);
-    EXPECT_EQ(codeThrownBy([&] { writer->process(entry.get()); }), 0x80070026);
+    EXPECT_EQ(refusalOf([&] { writer->process(entry.get()); }).first, makeResult(0x80070026));
     writer = nullptr;
     EXPECT_EQ(out->content, HEADER + u"  <entry>\n"
                                      u"    <level> 3 </level>\n"
@@ -270,13 +271,13 @@ TEST(LogWriters, ofXmlReportAFailureAtTheEndUnlessThereIsAnother)
     const auto full = makeReference<FileOutputStream>(u"/dev/full", 0u);
     const auto text = makeReference<io::OutputStreamWriter>(full.get(), u"UTF-8", 100);
     Reference<ILogProcessor> writer = XmlLogWriter::create(text.get());
-    EXPECT_EQ(codeThrownBy([&] { writer = nullptr; }), 0x80070070);
+    EXPECT_EQ(refusalOf([&] { writer = nullptr; }).first, makeResult(0x80070070));
     writer = XmlLogWriter::create(text.get());
     const auto failTwice = [&] {
         const Reference<ILogProcessor> last = std::move(writer);
         throwResult(E_NOT_FOUND);
     };
-    EXPECT_EQ(codeThrownBy(failTwice), 0x80070002);
+    EXPECT_EQ(refusalOf(failTwice).first, makeResult(0x80070002));
 }
 
 TEST(LogWriters, callWhatSubclassesOverride)
@@ -345,7 +346,8 @@ TEST(LogFile, thatFillsUpHoldsNoTornEntryAndWhatWasLoggedWhenTheProcessIsKilled)
             logger->log(1, u"fits");
             rlimit limit{60, RLIM_INFINITY};
             ::setrlimit(RLIMIT_FSIZE, &limit);
-            if (codeThrownBy([&] { logger->log(2, u"does not fit"); }) == 0) return 1;
+            const auto tooMuch = [&] { logger->log(2, u"does not fit"); };
+            if (!failed(refusalOf(tooMuch).first)) return 1;
             if (folder.read("log.txt") != first) return 2;
             limit.rlim_cur = RLIM_INFINITY;
             ::setrlimit(RLIMIT_FSIZE, &limit);

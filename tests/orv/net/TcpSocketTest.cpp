@@ -13,7 +13,12 @@
 namespace orv::net {
 namespace {
 
-using io::test::thrownBy;
+/// The words of an exception.
+template <class Kind, class Call>
+std::string wordsOf(Call call)
+{
+    return test::refusalOf<Kind>(call).second;
+}
 
 /// The two ends of a connection.
 struct Connection {
@@ -53,7 +58,7 @@ TEST(TcpSocket, givesUpReadingAfterItsTimeLimit)
     connection.client->setSoTimeout(60);
     const auto in = connection.client->getInputStream();
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(thrownBy<io::TimeoutException>([&] { in->read(); }), u"socket timeout");
+    EXPECT_EQ(wordsOf<io::TimeoutException>([&] { in->read(); }), "socket timeout");
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(60));
     connection.worker->getOutputStream()->write("late", 4);
     EXPECT_EQ(readOnce(*in), "late") << "nothing is lost by a time-out";
@@ -72,15 +77,15 @@ TEST(TcpSocket, tellsFailuresByTheOperationAndTheError)
     const std::uint16_t linger[] = {1, 0};
     EXPECT_EQ(orvcore::setSocketOption(worker, 0xFFFF, 0x80, linger, sizeof linger), 0u);
     EXPECT_EQ(orvcore::closeSocket(worker), 0u);
-    EXPECT_EQ(thrownBy<io::IoException>([&] { socket.getInputStream()->read(); }),
-              u"TcpSocketInputStream::read ECONNRESET An existing connection was forcibly closed "
-              u"by the remote host. ");
+    EXPECT_EQ(wordsOf<io::IoException>([&] { socket.getInputStream()->read(); }),
+              "TcpSocketInputStream::read ECONNRESET An existing connection was forcibly closed "
+              "by the remote host. ");
     const auto out = socket.getOutputStream();
-    EXPECT_EQ(thrownBy<io::IoException>([&] { out->write("x", 1); }),
-              u"TcpSocketOutputStream::write ECONNRESET An existing connection was forcibly closed "
-              u"by the remote host. ");
-    EXPECT_EQ(thrownBy<io::IoException>([&] { out->write("x", -1); }),
-              u"TcpSocketOutputStream::write EINVAL An invalid argument was supplied. ");
+    EXPECT_EQ(wordsOf<io::IoException>([&] { out->write("x", 1); }),
+              "TcpSocketOutputStream::write ECONNRESET An existing connection was forcibly closed "
+              "by the remote host. ");
+    EXPECT_EQ(wordsOf<io::IoException>([&] { out->write("x", -1); }),
+              "TcpSocketOutputStream::write EINVAL An invalid argument was supplied. ");
 }
 
 TEST(TcpSocket, leavesNothingOpenWhenItCannotBeMade)
@@ -88,14 +93,13 @@ TEST(TcpSocket, leavesNothingOpenWhenItCannotBeMade)
     const std::uint16_t closed = test::closedPort();
     const auto taken = makeReference<TcpServerSocket>(std::uint16_t{0}, 1);
     const std::ptrdiff_t before = test::openDescriptors();
-    EXPECT_EQ(thrownBy<Exception>([&] { TcpSocket(u"127.0.0.1", closed); }),
-              u"TcpSocket::TcpSocket Unable to connect to 127.0.0.1");
-    EXPECT_EQ(thrownBy<Exception>([&] { TcpSocket(u"a b", 1); }), u"Unknown host: a b");
-    EXPECT_EQ(thrownBy<Exception>([&] { TcpSocket(String(), 1); }), u"Unknown host: ");
-    EXPECT_EQ(thrownBy<Exception>([&] { TcpSocket(String(u'a', 10'000), 1); }).getLength(), 10'014);
-    const String refused = thrownBy<Exception>([&] { TcpServerSocket(taken->getLocalPort(), 1); });
-    EXPECT_TRUE(refused.startsWith(u"TcpServerSocket: EADDRINUSE "))
-        << test::readable(test::units(refused));
+    EXPECT_EQ(wordsOf<Exception>([&] { TcpSocket(u"127.0.0.1", closed); }),
+              "TcpSocket::TcpSocket Unable to connect to 127.0.0.1");
+    EXPECT_EQ(wordsOf<Exception>([&] { TcpSocket(u"a b", 1); }), "Unknown host: a b");
+    EXPECT_EQ(wordsOf<Exception>([&] { TcpSocket(String(), 1); }), "Unknown host: ");
+    EXPECT_EQ(wordsOf<Exception>([&] { TcpSocket(String(u'a', 10'000), 1); }).size(), 10'014u);
+    const auto refused = wordsOf<Exception>([&] { TcpServerSocket(taken->getLocalPort(), 1); });
+    EXPECT_TRUE(refused.starts_with("TcpServerSocket: EADDRINUSE ")) << refused;
     EXPECT_EQ(test::openDescriptors(), before);
 }
 
