@@ -59,9 +59,6 @@ std::vector<Row> bufferRows()
     addRows<util::RWByteBuffer>(rows, "RWByteBuffer");
     addRows<util::MTCharBuffer>(rows, "MTCharBuffer");
     addRows<util::MTByteBuffer>(rows, "MTByteBuffer");
-    rows.push_back(product("compact RWCharBuffer", [] {
-        return Reference<util::RWCharBuffer>(util::RWCharBuffer::createCompact(100));
-    }));
     return rows;
 }
 

@@ -3,7 +3,6 @@
 #include "orv/Class.h"
 #include "orv/ClassManager.h"
 #include "orv/ipc/Semaphore.h"
-#include "orv/ipc/SharedMemory.h"
 #include "orv/sync/Mutex.h"
 #include "tests/support/SharedNames.h"
 
@@ -14,7 +13,6 @@ namespace {
 /// An object between processes; its state is the number of files that it has.
 struct Shared {
     std::string name = uniqueName();
-    Reference<ipc::SharedMemory> memory = Reference<ipc::SharedMemory>();
     Reference<ipc::Semaphore> semaphore = Reference<ipc::Semaphore>();
 
     std::string state() const { return std::to_string(filesOf(name)); }
@@ -23,12 +21,6 @@ struct Shared {
 void addLocks(std::vector<Row>& rows)
 {
     rows.push_back(product("Mutex", [] { return makeReference<sync::Mutex>() ? 1 : 0; }));
-    rows.push_back(row(
-        "ipc::SharedMemory", [] { return Shared(); },
-        [](Shared& it) {
-            it.memory = makeReference<ipc::SharedMemory>(it.name.c_str(), 100u,
-                                                         ipc::SharedMemory::CREATE, 0600u);
-        }));
     rows.push_back(row(
         "ipc::Semaphore", [] { return Shared(); },
         [](Shared& it) { it.semaphore = makeReference<ipc::Semaphore>(it.name.c_str(), 1u); }));

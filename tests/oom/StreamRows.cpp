@@ -15,8 +15,6 @@
 #include "orv/log/Logger.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <array>
-
 namespace orv::test {
 
 namespace {

@@ -137,7 +137,6 @@ void addProducts(std::vector<Row>& rows)
                     [] { return String(AcquireMode::AcquireCopyUpper, TEXT); }),
             product("String of a region",
                     [] { return String(AcquireMode::AcquireCopy, sharedText(), 2, 40, 600); }),
-            product("String with room", [] { return String(300); }),
             product("String of UTF-8", [] { return String("\xC3\xA4\xE2\x82\xAC", -1, u"UTF-8"); }),
             product("concatenation", [] { return sharedText() + MORE + sharedText(); }),
             product("clone", [] { return Reference<Object>(sharedText().clone()); }),
