@@ -246,7 +246,9 @@ ORVCORE_API SocketError microsecondsOf(const timeval* limit, std::int64_t* out) 
 
 /// Waits until one of `count` sockets, at most MOST_WAITS, is ready for what it is wanted for, or
 /// `limit` microseconds have gone. `*ready` is the number of bits that came true, 0 for a time-out.
-/// The sockets may have any descriptors, 1024 and above too. Without a socket it only waits.
+/// The sockets may have any descriptors, 1024 and above too. Without a socket it only waits. Where
+/// another thread closes one of them, the wait ends: with what the end of a connection makes ready,
+/// else with 10038.
 ORVCORE_API SocketError waitForSockets(SocketWait* waits, std::uint32_t count, std::int64_t limit,
                                        std::int32_t* ready) noexcept;
 

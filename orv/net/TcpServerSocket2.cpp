@@ -103,7 +103,8 @@ TcpServerSocket2::TcpServerSocket2(std::int32_t family, std::int32_t type, std::
 
 TcpServerSocket2::~TcpServerSocket2()
 {
-    if (TcpSocket2::getClosed() == 0) TcpServerSocket2::close();
+    // Those too that were bound after close().
+    static_cast<void>(closeSockets());
 }
 
 ENUM_ORV_E_SOCKET TcpServerSocket2::createTcpServerSocket2(std::int32_t family, std::int32_t type,
@@ -160,6 +161,11 @@ ENUM_ORV_E_SOCKET TcpServerSocket2::close()
 {
     if (getClosed() != 0) return ORV_E_SOCKET_OK;
     setClosed();
+    return closeSockets();
+}
+
+ENUM_ORV_E_SOCKET TcpServerSocket2::closeSockets()
+{
     ENUM_ORV_E_SOCKET result = ORV_E_SOCKET_OK;
     const std::uint64_t count = m_socketCount.exchange(0);
     for (std::uint64_t i = 0; i < count; ++i) {

@@ -129,6 +129,7 @@ private:
     ENUM_ORV_E_SOCKET addEntry(const addrinfo* entry, std::uint16_t port, bool* found);
     bool keep(std::uint64_t socket) noexcept;
     ENUM_ORV_E_SOCKET shutDownAll(std::int32_t way);
+    ENUM_ORV_E_SOCKET closeSockets();
     ENUM_ORV_E_SOCKET accept_guts(TcpWorkerSocket2** worker, std::uint64_t* socket,
                                   std::int32_t limit);
     ENUM_ORV_E_SOCKET awaitConnection(std::uint64_t* socket, orv_sockaddr_union* peer,

@@ -109,6 +109,7 @@ ENUM_ORV_E_SOCKET TcpSocket2::uninit()
     if (!s_bInitialized) return ORV_E_SOCKET_OK;
     return withoutException(ORV_E_SOCKET_ENOBUFS, [] {
         const sync::Lock lock(g_pGlobalLock);
+        if (!s_bInitialized) return ORV_E_SOCKET_OK;
         const ENUM_ORV_E_SOCKET result = resultOf(orvcore::stopSockets());
         if (result == ORV_E_SOCKET_OK) s_bInitialized = false;
         return result;

@@ -24,8 +24,9 @@ namespace orv::net {
 /// sockets of a process start at the first use of any class here, under the global lock.
 ///
 /// Threads: one for each direction of a connection, one or more in accept(). Another thread may
-/// call close() or a shutdown operation meanwhile: the threads inside are woken and get
-/// ORV_E_SOCKET_ENOTSOCK. Destroy an object when they have left.
+/// call close() meanwhile: the threads inside are woken and get ORV_E_SOCKET_ENOTSOCK. A shutdown
+/// operation wakes them too: recv() then gives what has come and the end of the stream, accept()
+/// fails with ORV_E_SOCKET_EINVAL. Destroy an object when they have left.
 class ORV_API TcpSocket2 : public CoreAllocated {
 public:
     /// Starts the sockets of the process and stores the result; `error` may be null.

@@ -205,14 +205,14 @@ SocketError sendBytes(NativeSocket socket, const void* bytes, std::uint32_t size
     const auto* const from = static_cast<const char*>(bytes);
     const std::size_t all = oneTransfer(size);
     std::size_t sent = 0;
+    ssize_t count = 0;
     // A signal cuts a transfer short that would have gone on.
     do {
-        const ssize_t count = resumed(
+        count = resumed(
             [&] { return send(descriptor, from + sent, all - sent, flags | MSG_NOSIGNAL); });
-        if (count < 0) break;
-        sent += static_cast<std::size_t>(count);
-    } while (sent < all);
-    *done = sent > 0 || all == 0 ? static_cast<std::int64_t>(sent) : -1;
+        if (count > 0) sent += static_cast<std::size_t>(count);
+    } while (count > 0 && sent < all);
+    *done = sent > 0 ? static_cast<std::int64_t>(sent) : count;
     return *done < 0 ? rememberTransferFailure(descriptor, flags) : remember(0);
 }
 

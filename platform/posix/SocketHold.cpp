@@ -1,3 +1,4 @@
+#include "platform/posix/internal/SocketHold.h"
 #include "platform/posix/internal/SocketErrors.h"
 
 #include <cerrno>
@@ -89,6 +90,12 @@ void SocketHold::release() noexcept
     const int descriptor = descriptorOf(m_socket);
     m_socket = NO_SOCKET;
     if (m_users != nullptr) static_cast<void>(leave(*m_users, descriptor));
+}
+
+bool isBeingClosed(int descriptor) noexcept
+{
+    const Users* const users = usersOf(descriptor);
+    return users != nullptr && (users->load() & closing) != 0;
 }
 
 SocketError closeSocket(NativeSocket socket) noexcept

@@ -1,5 +1,6 @@
 #include "platform/files.h"
 #include "platform/posix/internal/SocketErrors.h"
+#include "platform/posix/internal/SocketHold.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -93,16 +94,20 @@ public:
 
     int wait(std::int64_t microseconds) noexcept { return pollFor(m_polls, m_count, microseconds); }
 
-    /// Stores what came true and counts it; notASocket for a descriptor that is none.
+    /// Stores what came true and counts it; notASocket for a descriptor that is none, or whose
+    /// socket another thread is closing.
     SocketError collect(std::int32_t* ready) noexcept
     {
+        std::int32_t count = 0;
         for (std::uint32_t i = 0; i < m_count; ++i) {
             const int events = m_polls[i].revents;
             if (events == 0) continue;
             if ((events & POLLNVAL) != 0) return notASocket;
             m_waits[i].ready = readinessOf(events) & m_waits[i].wanted;
-            *ready += __builtin_popcount(m_waits[i].ready);
+            if (m_waits[i].ready == 0 && isBeingClosed(m_polls[i].fd)) return notASocket;
+            count += __builtin_popcount(m_waits[i].ready);
         }
+        *ready = count;
         return 0;
     }
 

@@ -184,6 +184,9 @@ TEST(TcpServerSocket2, endsAllItsWaitersWhenAnotherThreadCloses)
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
     EXPECT_EQ(openDescriptors(), before);
     acceptOne(*server, ORV_E_SOCKET_ENOTSOCK);
+    EXPECT_EQ(server->bind(), ORV_E_SOCKET_OK);
+    server.reset();
+    EXPECT_EQ(openDescriptors(), before) << "what was bound since goes with the server";
 }
 
 TEST(TcpServerSocket2, givesEachConnectionToOneOfSeveralWaiters)

@@ -62,6 +62,11 @@ TEST(TcpWorkerSocket2, shutsDownEachWayOnce)
 
 TEST(TcpWorkerSocket2, isNoSocketOnceItIsClosed)
 {
+    char byte = 0;
+    std::int64_t done = 5;
+    EXPECT_EQ(newClient()->send(&byte, 0, 0, &done), ORV_E_SOCKET_ECONNRESET);
+    EXPECT_EQ(done, -1) << "without a connection not even nothing can be sent";
+
     Connection connection;
     TcpClientSocket2& client = *connection.client;
     orv_sockaddr_union local{};
@@ -71,8 +76,7 @@ TEST(TcpWorkerSocket2, isNoSocketOnceItIsClosed)
     EXPECT_EQ(client.close(), ORV_E_SOCKET_OK);
     EXPECT_EQ(client.close(), ORV_E_SOCKET_OK);
     EXPECT_EQ(client.getId(), 0u);
-    char byte = 0;
-    std::int64_t done = 5;
+    done = 5;
     EXPECT_EQ(client.recv(&byte, 1, 0, &done), ORV_E_SOCKET_ENOTSOCK);
     EXPECT_EQ(client.send(&byte, 1, 0, &done), ORV_E_SOCKET_ENOTSOCK);
     EXPECT_EQ(done, 5);
@@ -173,17 +177,20 @@ TEST(TcpSelect, refusesWhatItCannotWaitFor)
 
 TEST(TcpSelect, endsWhenAnotherThreadCloses)
 {
-    Connection connection;
-    TcpWorkerSocket2& worker = *connection.worker;
-    std::atomic<std::uint32_t> id{0};
-    std::thread selector([&] {
-        id = orvcore::currentThreadId();
-        Selection selection{{&worker}, {}, {&worker}};
-        EXPECT_EQ(selection.run(nullptr), ORV_E_SOCKET_ENOTSOCK);
-    });
-    ASSERT_TRUE(awaitTrue([&] { return id != 0; }) && awaitSleepOf(id));
-    EXPECT_EQ(worker.close(), ORV_E_SOCKET_OK);
-    selector.join();
+    for (const bool reads : {true, false}) {
+        Connection connection;
+        TcpWorkerSocket2& worker = *connection.worker;
+        std::atomic<std::uint32_t> id{0};
+        std::thread selector([&] {
+            id = orvcore::currentThreadId();
+            Selection selection{{}, {}, {&worker}};
+            if (reads) selection.read.push_back(&worker);
+            EXPECT_EQ(selection.run(nullptr), ORV_E_SOCKET_ENOTSOCK);
+        });
+        ASSERT_TRUE(awaitTrue([&] { return id != 0; }) && awaitSleepOf(id));
+        EXPECT_EQ(worker.close(), ORV_E_SOCKET_OK);
+        selector.join();
+    }
 }
 
 TEST(TcpSocket2, asksTheNameService)
