@@ -56,9 +56,20 @@ using SocketError = std::uint32_t;
 inline constexpr std::uint16_t FAMILY_IPV4 = 2;
 inline constexpr std::uint16_t FAMILY_IPV6 = 23;
 
-/// The level and option that read a socket's pending error.
+/// The type and protocol of TCP sockets.
+inline constexpr std::int32_t TYPE_STREAM = 1;
+inline constexpr std::int32_t PROTOCOL_TCP = 6;
+
+/// The options that callers set or read themselves; getSocketOption() knows more.
 inline constexpr std::int32_t LEVEL_SOCKET = 0xFFFF;
+inline constexpr std::int32_t OPTION_REUSE_ADDRESS = 4;
+inline constexpr std::int32_t OPTION_KEEP_ALIVE = 8;
+inline constexpr std::int32_t OPTION_LINGER = 0x80;
+inline constexpr std::int32_t OPTION_SEND_LIMIT = 0x1005;
+inline constexpr std::int32_t OPTION_RECEIVE_LIMIT = 0x1006;
 inline constexpr std::int32_t OPTION_ERROR = 0x1007;
+inline constexpr std::int32_t LEVEL_TCP = 6;
+inline constexpr std::int32_t OPTION_NO_DELAY = 1;
 
 /// The errors that callers look for themselves.
 inline constexpr SocketError SOCKET_INVALID_ARGUMENT = 10022;
@@ -101,12 +112,13 @@ ORVCORE_API SocketError numericAddress(const orv_sockaddr_union& address, char* 
 /// The port, in host byte order, of a service over TCP.
 ORVCORE_API SocketError portOfService(const char* service, std::uint16_t* port) noexcept;
 
-/// What getaddrinfo() is asked for, by the numbers of this face.
+/// What getaddrinfo() is asked for, by the numbers of this face: as it stands, addresses of any
+/// family to connect to.
 struct AddressHints {
-    std::int32_t flags = 0; ///< 1 passive, 2 canonical name
-    std::int32_t family = 0;
-    std::int32_t type = 0;
-    std::int32_t protocol = 0;
+    std::int32_t flags = 0;  ///< 1 passive, 2 canonical name
+    std::int32_t family = 0; ///< 0 for any
+    std::int32_t type = TYPE_STREAM;
+    std::int32_t protocol = PROTOCOL_TCP;
 };
 
 /// ORVgetaddrinfo() with hints by value.

@@ -10,13 +10,6 @@ namespace {
 
 using net::TcpWorkerSocket2;
 
-constexpr std::int32_t LEVEL_SOCKET = 0xFFFF;
-constexpr std::int32_t KEEP_ALIVE = 8;
-constexpr std::int32_t SEND_LIMIT = 0x1005;
-constexpr std::int32_t RECEIVE_LIMIT = 0x1006;
-constexpr std::int32_t LEVEL_TCP = 6;
-constexpr std::int32_t NO_DELAY = 1;
-
 /// The socket that the two streams share.
 class Connection : public Object {
 public:
@@ -75,8 +68,8 @@ ENUM_ORV_E_SOCKET setOption(TcpWorkerSocket2& socket, std::int32_t level, std::i
 
 void limitWaits(TcpWorkerSocket2& socket, std::int32_t timeout)
 {
-    check(setOption(socket, LEVEL_SOCKET, SEND_LIMIT, timeout));
-    check(setOption(socket, LEVEL_SOCKET, RECEIVE_LIMIT, timeout));
+    check(setOption(socket, orvcore::LEVEL_SOCKET, orvcore::OPTION_SEND_LIMIT, timeout));
+    check(setOption(socket, orvcore::LEVEL_SOCKET, orvcore::OPTION_RECEIVE_LIMIT, timeout));
 }
 
 Reference<io::IChannel> makeChannel(Owned<TcpWorkerSocket2> socket, std::int32_t timeout)
@@ -84,8 +77,8 @@ Reference<io::IChannel> makeChannel(Owned<TcpWorkerSocket2> socket, std::int32_t
     limitWaits(*socket, timeout);
     // A write is a whole message, which need not wait for more, and a peer that lost its power is
     // noticed some day without a time limit too.
-    check(setOption(*socket, LEVEL_TCP, NO_DELAY, 1));
-    check(setOption(*socket, LEVEL_SOCKET, KEEP_ALIVE, 1));
+    check(setOption(*socket, orvcore::LEVEL_TCP, orvcore::OPTION_NO_DELAY, 1));
+    check(setOption(*socket, orvcore::LEVEL_SOCKET, orvcore::OPTION_KEEP_ALIVE, 1));
     const auto connection = makeReference<Connection>(std::move(socket));
     return io::Channels::adaptStreams(makeReference<ConnectionInput>(connection.get()).get(),
                                       makeReference<ConnectionOutput>(connection.get()).get());

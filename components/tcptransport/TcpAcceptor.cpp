@@ -9,11 +9,6 @@ namespace {
 using net::TcpClientSocket2;
 using net::TcpServerSocket2;
 
-constexpr std::int32_t STREAM = 1;
-constexpr std::int32_t TCP = 6;
-constexpr std::int32_t LEVEL_SOCKET = 0xFFFF;
-constexpr std::int32_t REUSE_ADDRESS = 4;
-
 /// Takes a free port, of IPv6 and IPv4 at once where both are there, and holds it until the sockets
 /// that are to listen on it are bound.
 class FreePort {
@@ -34,7 +29,8 @@ private:
     ENUM_ORV_E_SOCKET bind(std::uint16_t family)
     {
         TcpClientSocket2* made = nullptr;
-        const auto result = TcpClientSocket2::createTcpClientSocket2(family, STREAM, TCP, &made);
+        const auto result = TcpClientSocket2::createTcpClientSocket2(family, orvcore::TYPE_STREAM,
+                                                                     orvcore::PROTOCOL_TCP, &made);
         m_socket.reset(made);
         if (result != ORV_E_SOCKET_OK) return result;
         orv_sockaddr_union any{};
@@ -42,8 +38,8 @@ private:
         const auto bound = m_socket->bind(&any, orvcore::sizeOfAddress(family));
         // From here on the port is shared with those that share theirs, as listeners do. Set
         // before, it would let the system choose one that others share.
-        return bound != ORV_E_SOCKET_OK ? bound
-                                        : setOption(*m_socket, LEVEL_SOCKET, REUSE_ADDRESS, 1);
+        if (bound != ORV_E_SOCKET_OK) return bound;
+        return setOption(*m_socket, orvcore::LEVEL_SOCKET, orvcore::OPTION_REUSE_ADDRESS, 1);
     }
 
     Owned<TcpClientSocket2> m_socket;
@@ -53,7 +49,8 @@ private:
 Owned<TcpServerSocket2> makeServer()
 {
     TcpServerSocket2* made = nullptr;
-    check(TcpServerSocket2::createTcpServerSocket2(0, STREAM, TCP, &made));
+    check(TcpServerSocket2::createTcpServerSocket2(0, orvcore::TYPE_STREAM, orvcore::PROTOCOL_TCP,
+                                                   &made));
     return Owned<TcpServerSocket2>(made);
 }
 

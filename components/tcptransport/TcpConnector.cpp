@@ -9,8 +9,6 @@ namespace {
 
 using net::TcpClientSocket2;
 
-constexpr std::int32_t STREAM = 1;
-constexpr std::int32_t TCP = 6;
 constexpr char16_t DEFAULT_HOST[] = u"localhost";
 
 struct FreeAddresses {
@@ -22,8 +20,7 @@ Addresses addressesOf(const String& host, std::uint16_t port)
 {
     addrinfo* list = nullptr;
     const String portText = String::valueOf(std::uint32_t{port});
-    const auto error = orvcore::resolve(host.getBytes(), portText.getBytes(),
-                                        orvcore::AddressHints{0, 0, STREAM, TCP}, &list);
+    const auto error = orvcore::resolve(host.getBytes(), portText.getBytes(), {}, &list);
     check(ORV_E_SOCKETFromNativeEaiSocketError(error));
     return Addresses(list);
 }
@@ -32,7 +29,8 @@ ENUM_ORV_E_SOCKET connectTo(const orvcore::AddressEntry& entry, std::int32_t tim
                             Owned<TcpClientSocket2>& socket)
 {
     TcpClientSocket2* made = nullptr;
-    const auto result = TcpClientSocket2::createTcpClientSocket2(entry.family, STREAM, TCP, &made);
+    const auto result = TcpClientSocket2::createTcpClientSocket2(entry.family, orvcore::TYPE_STREAM,
+                                                                 orvcore::PROTOCOL_TCP, &made);
     socket.reset(made);
     if (result != ORV_E_SOCKET_OK) return result;
     limitWaits(*socket, timeout);

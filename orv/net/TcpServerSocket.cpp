@@ -9,8 +9,6 @@ namespace orv::net {
 
 namespace {
 
-constexpr std::int32_t STREAM = 1;
-
 [[noreturn]] void throwFailure(const char16_t* text, ENUM_ORV_E_SOCKET result)
 {
     throw Exception(String(text).append(ORVGetDescriptionFromORV_E_SOCKET(result)));
@@ -32,7 +30,7 @@ std::uint64_t openListener(std::uint16_t port, std::int32_t backlog)
         throwFailure(u"TcpServerSocket: Winsock failed to load ", started);
     }
     std::uint64_t socket = orvcore::NO_SOCKET;
-    auto error = orvcore::openSocket(orvcore::FAMILY_IPV4, STREAM, 0, &socket);
+    auto error = orvcore::openSocket(orvcore::FAMILY_IPV4, orvcore::TYPE_STREAM, 0, &socket);
     if (error == 0) error = bindAndListen(socket, port, backlog);
     if (error == 0) return socket;
     if (socket != orvcore::NO_SOCKET) orvcore::closeSocket(socket);

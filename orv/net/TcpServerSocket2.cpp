@@ -8,6 +8,7 @@
 namespace orv::net {
 
 using internal::resultOf;
+using internal::takePendingError;
 using internal::withoutException;
 using orvcore::NO_SOCKET;
 using orvcore::SocketError;
@@ -25,15 +26,6 @@ bool isHarmless(ENUM_ORV_E_SOCKET result) noexcept
 {
     return result == ORV_E_SOCKET_OK || result == ORV_E_SOCKET_ENOTCONN ||
            result == ORV_E_SOCKET_ECONNRESET;
-}
-
-SocketError pendingError(std::uint64_t socket) noexcept
-{
-    SocketError pending = 0;
-    std::int32_t size = sizeof pending;
-    const SocketError error = orvcore::getSocketOption(socket, orvcore::LEVEL_SOCKET,
-                                                       orvcore::OPTION_ERROR, &pending, &size);
-    return error != 0 ? error : pending;
 }
 
 /// The listening sockets that one call of accept() waits for.
@@ -311,7 +303,7 @@ ENUM_ORV_E_SOCKET TcpServerSocket2::awaitConnection(std::uint64_t* socket, orv_s
 
         if (const auto failing = listeners.firstReady(orvcore::READY_EXCEPT);
             failing != NO_SOCKET) {
-            const SocketError pending = pendingError(failing);
+            const SocketError pending = takePendingError(failing);
             if (pending != 0) return resultOf(pending);
         }
         const std::uint64_t listener = listeners.firstReady(orvcore::READY_TO_READ);

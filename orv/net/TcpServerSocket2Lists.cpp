@@ -15,10 +15,8 @@ namespace {
 /// Room for the text of two addresses of IPv6.
 constexpr std::int32_t DIAGNOSTIC_CAPACITY = 100;
 
-/// What the name service is asked for.
+/// What the name service is asked for: the flags passive and canonical name.
 constexpr std::int32_t PASSIVE_WITH_NAME = 3;
-constexpr std::int32_t STREAM = 1;
-constexpr std::int32_t TCP = 6;
 
 /// Cuts the name at the start of `text` off and returns what follows, null at the end.
 char* cutName(char* text) noexcept
@@ -107,8 +105,7 @@ ENUM_ORV_E_SOCKET TcpServerSocket2::addHost(const char* host, const char* portTe
                                             std::uint16_t port)
 {
     addrinfo* list = nullptr;
-    const orvcore::AddressHints hints{PASSIVE_WITH_NAME, 0, STREAM, TCP};
-    const auto error = orvcore::resolve(host, portText, hints, &list);
+    const auto error = orvcore::resolve(host, portText, {.flags = PASSIVE_WITH_NAME}, &list);
     if (error != 0) return ORV_E_SOCKETFromNativeEaiSocketError(error);
 
     ENUM_ORV_E_SOCKET result = ORV_E_SOCKET_OK;

@@ -12,9 +12,6 @@ constinit std::atomic<bool> TcpSocket::s_bInitialized{false};
 
 namespace {
 
-constexpr std::int32_t STREAM = 1;
-constexpr std::int32_t TCP = 6;
-
 [[noreturn]] void throwResultText(const char16_t* operation, ENUM_ORV_E_SOCKET result)
 {
     throw Exception(String(operation).append(ORVGetDescriptionFromORV_E_SOCKET(result)));
@@ -24,8 +21,7 @@ constexpr std::int32_t TCP = 6;
 orvcore::AddressEntry firstAddressOf(const String& host)
 {
     addrinfo* list = nullptr;
-    static_cast<void>(orvcore::resolve(host.getBytes(), nullptr,
-                                       orvcore::AddressHints{0, 0, STREAM, TCP}, &list));
+    static_cast<void>(orvcore::resolve(host.getBytes(), nullptr, {}, &list));
     if (list == nullptr) throw Exception(u"Unknown host: " + host);
     orvcore::AddressEntry first = orvcore::readAddressEntry(list);
     ORVfreeaddrinfo(list);
@@ -48,7 +44,8 @@ TcpSocket::TcpSocket(const String& host, std::uint16_t port)
     entry.address.ipv4.port = internal::toNetworkOrder(port);
 
     std::uint64_t socket = orvcore::NO_SOCKET;
-    const auto opening = orvcore::openSocket(entry.address.family, STREAM, 0, &socket);
+    const auto opening =
+        orvcore::openSocket(entry.address.family, orvcore::TYPE_STREAM, 0, &socket);
     if (opening != 0) throwResultText(u"TcpSocket::TcpSocket ", internal::resultOf(opening));
     m_handle = makeHandle(socket);
     if (orvcore::connectSocket(socket, &entry.address, entry.size) != 0) {

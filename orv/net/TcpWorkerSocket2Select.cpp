@@ -64,7 +64,9 @@ public:
                 continue;
             }
             ++*array.count;
-            if (array.wanted == orvcore::READY_EXCEPT) *result = pendingErrorOf(id);
+            if (array.wanted == orvcore::READY_EXCEPT) {
+                *result = resultOf(internal::takePendingError(id));
+            }
         }
         return ORV_E_SOCKET_OK;
     }
@@ -73,15 +75,6 @@ private:
     static std::uint64_t idOf(TcpWorkerSocket2* socket)
     {
         return socket == nullptr ? 0 : socket->getId();
-    }
-
-    static ENUM_ORV_E_SOCKET pendingErrorOf(std::uint64_t id) noexcept
-    {
-        orvcore::SocketError pending = 0;
-        std::int32_t size = sizeof pending;
-        const orvcore::SocketError error = orvcore::getSocketOption(
-            id, orvcore::LEVEL_SOCKET, orvcore::OPTION_ERROR, &pending, &size);
-        return resultOf(error != 0 ? error : pending);
     }
 
     /// Where the place in m_waits of a socket is noted, plus 1; 0 for a new one. The table has

@@ -4,11 +4,9 @@
 
 #include "orv/exec/Thread.h"
 #include "orv/net/TcpClientSocket2.h"
-#include "orv/quark/Implements.h"
 #include "platform/console.h"
 
 #include <atomic>
-#include <cstdint>
 #include <optional>
 
 namespace tool {
@@ -17,20 +15,14 @@ namespace {
 using orv::makeReference;
 using orv::Reference;
 using orv::String;
-using orv::exec::IRunnable;
 using orv::exec::Thread;
 using orv::io::InputStream;
 using orv::io::OutputStream;
 using orv::io::PrintWriter;
 using orv::net::TcpClientSocket2;
 
-constexpr std::int32_t BLOCK = 1 << 16; ///< bytes carried at a time
-constexpr std::int32_t STREAM = 1;
-constexpr std::int32_t TCP = 6;
-constexpr std::int32_t OPTION_LINGER = 0x80;
-constexpr std::int32_t OPTION_SEND_LIMIT = 0x1005;
-constexpr std::int32_t SEND_LIMIT =
-    100; ///< milliseconds until a sender looks whether it is to stop
+/// Milliseconds until a sender looks whether it is to stop.
+constexpr std::int32_t SEND_LIMIT = 100;
 
 /// Closes without ending the sending first, which would let a cut stream look complete.
 struct CloseSocket : DestroySocket {
@@ -47,15 +39,15 @@ using Client = std::unique_ptr<TcpClientSocket2, CloseSocket>;
 void setReset(TcpClientSocket2& client, bool reset)
 {
     const std::uint16_t lingering[] = {reset ? std::uint16_t{1} : std::uint16_t{0}, 0};
-    client.setsockopt(orvcore::LEVEL_SOCKET, OPTION_LINGER,
+    client.setsockopt(orvcore::LEVEL_SOCKET, orvcore::OPTION_LINGER,
                       reinterpret_cast<const char*>(lingering), sizeof lingering);
 }
 
 ENUM_ORV_E_SOCKET tryToConnect(const orv_sockaddr_union& address, Client& client)
 {
     TcpClientSocket2* made = nullptr;
-    const auto result =
-        TcpClientSocket2::createTcpClientSocket2(address.family, STREAM, TCP, &made);
+    const auto result = TcpClientSocket2::createTcpClientSocket2(
+        address.family, orvcore::TYPE_STREAM, orvcore::PROTOCOL_TCP, &made);
     if (result != ORV_E_SOCKET_OK) return result;
     client.reset(made);
     return client->connect(&address, orvcore::sizeOfAddress(address.family));
@@ -78,12 +70,12 @@ Client connectToHost(const Arguments& arguments)
 }
 
 /// Carries standard input to the peer, in a thread of its own.
-class Sender : public orv::quark::Implements<orv::Object, IRunnable> {
+class Sender : public Task {
 public:
     Sender(TcpClientSocket2& socket, Reference<InputStream> input)
         : m_socket(socket), m_input(std::move(input)), m_block(std::make_unique<char[]>(BLOCK))
     {
-        m_socket.setsockopt(orvcore::LEVEL_SOCKET, OPTION_SEND_LIMIT,
+        m_socket.setsockopt(orvcore::LEVEL_SOCKET, orvcore::OPTION_SEND_LIMIT,
                             reinterpret_cast<const char*>(&SEND_LIMIT), sizeof SEND_LIMIT);
     }
 

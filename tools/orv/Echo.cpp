@@ -4,7 +4,6 @@
 #include "orv/Exception.h"
 #include "orv/exec/Thread.h"
 #include "orv/net/TcpServerSocket2.h"
-#include "orv/quark/Implements.h"
 #include "orv/sync/Lock.h"
 #include "orv/sync/Mutex.h"
 #include "platform/termination.h"
@@ -21,24 +20,20 @@ namespace {
 using orv::makeReference;
 using orv::Reference;
 using orv::String;
-using orv::exec::IRunnable;
 using orv::exec::Thread;
 using orv::io::PrintWriter;
 using orv::net::TcpServerSocket2;
 using orv::net::TcpWorkerSocket2;
 
-constexpr std::int32_t BLOCK = 1 << 16;      ///< bytes echoed at a time
 constexpr std::uint32_t RETRY_AFTER = 100;   ///< milliseconds, when no connection can be taken
 constexpr std::uint32_t ADDRESS_TEXT = 2000; ///< room for twenty addresses
 constexpr std::int32_t ANY_FAMILY = 0;
-constexpr std::int32_t STREAM = 1;
-constexpr std::int32_t TCP = 6;
 
 using Server = OwnedSocket<TcpServerSocket2>;
 using Worker = OwnedSocket<TcpWorkerSocket2>;
 
 /// Sends back what comes over one connection, until its peer ends it.
-class Connection : public orv::quark::Implements<orv::Object, IRunnable> {
+class Connection : public Task {
 public:
     explicit Connection(Worker worker) : m_worker(std::move(worker)) {}
 
@@ -67,7 +62,7 @@ private:
 };
 
 /// Takes connections and echoes each in a thread of its own.
-class EchoServer : public orv::quark::Implements<orv::Object, IRunnable> {
+class EchoServer : public Task {
 public:
     explicit EchoServer(Server server) : m_server(std::move(server)) {}
 
@@ -155,7 +150,8 @@ Server openServer(const Arguments& arguments)
 {
     const auto port = static_cast<std::uint16_t>(arguments.number(u"port", 0, 65535));
     TcpServerSocket2* made = nullptr;
-    check(TcpServerSocket2::createTcpServerSocket2(ANY_FAMILY, STREAM, TCP, &made),
+    check(TcpServerSocket2::createTcpServerSocket2(ANY_FAMILY, orvcore::TYPE_STREAM,
+                                                   orvcore::PROTOCOL_TCP, &made),
           u"cannot make a socket");
     Server server(made);
     if (!arguments.has(u"hosts")) {

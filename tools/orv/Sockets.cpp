@@ -6,13 +6,6 @@ namespace tool {
 
 using orv::String;
 
-namespace {
-
-constexpr std::int32_t STREAM = 1;
-constexpr std::int32_t TCP = 6;
-
-} // namespace
-
 void check(ENUM_ORV_E_SOCKET result, const String& what)
 {
     if (result == ORV_E_SOCKET_OK) return;
@@ -28,8 +21,7 @@ std::vector<orv_sockaddr_union> addressesOfHost(const Arguments& arguments)
     const String what = u"cannot find " + host;
 
     addrinfo* found = nullptr;
-    const auto error = orvcore::resolve(host.getBytes(), port.getBytes(),
-                                        orvcore::AddressHints{0, 0, STREAM, TCP}, &found);
+    const auto error = orvcore::resolve(host.getBytes(), port.getBytes(), {}, &found);
     check(ORV_E_SOCKETFromNativeEaiSocketError(error), what);
     const std::unique_ptr<addrinfo, decltype(&ORVfreeaddrinfo)> list(found, &ORVfreeaddrinfo);
 

@@ -2,8 +2,11 @@
 
 #include "tools/orv/Arguments.h"
 
+#include "orv/exec/IRunnable.h"
 #include "orv/net/TcpSocket2.h"
+#include "orv/quark/Implements.h"
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -11,6 +14,12 @@
 /// What the commands that use the network share.
 
 namespace tool {
+
+/// Bytes that a connection carries at a time.
+inline constexpr std::int32_t BLOCK = 1 << 16;
+
+/// What a command does in a further thread.
+using Task = orv::quark::Implements<orv::Object, orv::exec::IRunnable>;
 
 /// Throws Failure for a result other than 0: `what` and the description of the result.
 void check(ENUM_ORV_E_SOCKET result, const orv::String& what);

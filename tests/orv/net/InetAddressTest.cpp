@@ -16,7 +16,7 @@ namespace {
 orv_sockaddr_union addressOf(const char* text, std::uint16_t port)
 {
     addrinfo* list = nullptr;
-    EXPECT_EQ(orvcore::resolve(text, nullptr, {4, 0, 1, 6}, &list), 0u) << text;
+    EXPECT_EQ(orvcore::resolve(text, nullptr, {.flags = 4}, &list), 0u) << text;
     orv_sockaddr_union address = orvcore::readAddressEntry(list).address;
     ORVfreeaddrinfo(list);
     address.ipv4.port = test::loopback(port).ipv4.port;
