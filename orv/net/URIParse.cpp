@@ -143,13 +143,13 @@ void URI::parseUserInfo(View text, bool escape)
 
 void URI::parseQuery(View text, bool escape)
 {
-    m_hasQuery = true;
     if (!escape && !m_unread.present && m_query.isEmpty()) {
         set(m_unread, text, PART_QUERY, false);
-        return;
+    } else {
+        static_cast<void>(pairs());
+        parsePairs(text, escape);
     }
-    static_cast<void>(pairs());
-    parsePairs(text, escape);
+    m_hasQuery = true;
 }
 
 /// Most URIs are taken apart without a look at the pairs of their query: those are read when they

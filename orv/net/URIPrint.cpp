@@ -1,9 +1,10 @@
 #include "orv/Exception.h"
+#include "orv/Failure.h"
 #include "orv/net/URI.h"
 #include "orv/net/internal/EscapedText.h"
 
 #include <algorithm>
-#include <iterator>
+#include <limits>
 
 namespace orv::net {
 
@@ -124,6 +125,7 @@ String URI::printed(bool unescape, Print print) const
     }
     Counted counted;
     print(Printer<Counted>(*this, counted));
+    if (counted.units >= std::numeric_limits<std::int32_t>::max()) throwOutOfMemory();
     const auto length = static_cast<std::int32_t>(counted.units);
     String text(length + 1);
     Written written{text.getWriteLock(length + 1)};
