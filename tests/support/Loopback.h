@@ -79,6 +79,15 @@ private:
     std::uint64_t m_socket = orvcore::NO_SOCKET;
 };
 
+/// Makes the end of a socket, when it is closed, a reset to its peer.
+inline void resetWhenClosed(std::uint64_t socket)
+{
+    const std::uint16_t lingering[] = {1, 0};
+    EXPECT_EQ(orvcore::setSocketOption(socket, orvcore::LEVEL_SOCKET, orvcore::OPTION_LINGER,
+                                       lingering, sizeof lingering),
+              0u);
+}
+
 /// Waits for a connection to a listening socket and takes it.
 inline std::uint64_t acceptFrom(const PlainSocket& listener)
 {

@@ -1,8 +1,9 @@
 #include "orv/net/TcpServerSocket.h"
 
-#include "orv/Class.h"
+#include "orv/net/SocketErrors.h"
 #include "tests/orv/io/Streams.h"
 #include "tests/support/Loopback.h"
+#include "tests/support/Refusals.h"
 
 #include <chrono>
 #include <string>
@@ -13,7 +14,9 @@
 namespace orv::net {
 namespace {
 
-/// The words of an exception.
+using io::test::readOnce;
+
+/// The words of the exception that `call` throws.
 template <class Kind, class Call>
 std::string wordsOf(Call call)
 {
@@ -27,29 +30,20 @@ struct Connection {
     Reference<TcpSocket> worker = server->accept();
 };
 
-std::string readOnce(io::InputStream& in)
-{
-    return io::test::readOnce(in, 100);
-}
-
 TEST(TcpSocket, isAPairOfStreams)
 {
     Connection connection;
     auto out = connection.client->getOutputStream();
     const auto in = connection.worker->getInputStream();
-    EXPECT_EQ(connection.client->getOutputStream(), out) << "always the same";
-    EXPECT_EQ(connection.worker->getInputStream(), in);
+    EXPECT_EQ(connection.worker->getInputStream(), in) << "always the same";
     out->write("abc", 3);
-    EXPECT_EQ(readOnce(*in), "abc");
-    out->write(static_cast<signed char>(-1));
-    EXPECT_EQ(in->read(), 255);
+    EXPECT_EQ(readOnce(*in, 100), "abc");
     connection.worker = nullptr;
     out->write("the stream keeps the connection open", 36);
-    EXPECT_EQ(readOnce(*in), "the stream keeps the connection open");
+    EXPECT_EQ(readOnce(*in, 100), "the stream keeps the connection open");
     connection.client = nullptr;
     out = nullptr;
-    EXPECT_EQ(readOnce(*in), "|-1") << "the peer has closed";
-    EXPECT_EQ(readOnce(*in), "|-1");
+    EXPECT_EQ(readOnce(*in, 100), "|-1") << "the peer has closed";
 }
 
 TEST(TcpSocket, givesUpReadingAfterItsTimeLimit)
@@ -61,10 +55,10 @@ TEST(TcpSocket, givesUpReadingAfterItsTimeLimit)
     EXPECT_EQ(wordsOf<io::TimeoutException>([&] { in->read(); }), "socket timeout");
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(60));
     connection.worker->getOutputStream()->write("late", 4);
-    EXPECT_EQ(readOnce(*in), "late") << "nothing is lost by a time-out";
+    EXPECT_EQ(readOnce(*in, 100), "late") << "nothing is lost by a time-out";
     connection.client->setSoTimeout(0);
     std::thread writer([&] { connection.worker->getOutputStream()->write("later", 5); });
-    EXPECT_EQ(readOnce(*in), "later");
+    EXPECT_EQ(readOnce(*in, 100), "later");
     writer.join();
 }
 
@@ -74,16 +68,15 @@ TEST(TcpSocket, tellsFailuresByTheOperationAndTheError)
     const std::uint16_t port = listener.listen();
     TcpSocket socket(u"127.0.0.1", port);
     const std::uint64_t worker = test::acceptFrom(listener);
-    const std::uint16_t linger[] = {1, 0};
-    EXPECT_EQ(orvcore::setSocketOption(worker, 0xFFFF, 0x80, linger, sizeof linger), 0u);
+    test::resetWhenClosed(worker);
     EXPECT_EQ(orvcore::closeSocket(worker), 0u);
+    const String text(ORVGetDescriptionFromORV_E_SOCKET(ORV_E_SOCKET_ECONNRESET));
+    const std::string reset = text.getBytes();
     EXPECT_EQ(wordsOf<io::IoException>([&] { socket.getInputStream()->read(); }),
-              "TcpSocketInputStream::read ECONNRESET An existing connection was forcibly closed "
-              "by the remote host. ");
+              "TcpSocketInputStream::read " + reset);
     const auto out = socket.getOutputStream();
     EXPECT_EQ(wordsOf<io::IoException>([&] { out->write("x", 1); }),
-              "TcpSocketOutputStream::write ECONNRESET An existing connection was forcibly closed "
-              "by the remote host. ");
+              "TcpSocketOutputStream::write " + reset);
     EXPECT_EQ(wordsOf<io::IoException>([&] { out->write("x", -1); }),
               "TcpSocketOutputStream::write EINVAL An invalid argument was supplied. ");
 }
@@ -96,8 +89,6 @@ TEST(TcpSocket, leavesNothingOpenWhenItCannotBeMade)
     EXPECT_EQ(wordsOf<Exception>([&] { TcpSocket(u"127.0.0.1", closed); }),
               "TcpSocket::TcpSocket Unable to connect to 127.0.0.1");
     EXPECT_EQ(wordsOf<Exception>([&] { TcpSocket(u"a b", 1); }), "Unknown host: a b");
-    EXPECT_EQ(wordsOf<Exception>([&] { TcpSocket(String(), 1); }), "Unknown host: ");
-    EXPECT_EQ(wordsOf<Exception>([&] { TcpSocket(String(u'a', 10'000), 1); }).size(), 10'014u);
     const auto refused = wordsOf<Exception>([&] { TcpServerSocket(taken->getLocalPort(), 1); });
     EXPECT_TRUE(refused.starts_with("TcpServerSocket: EADDRINUSE ")) << refused;
     EXPECT_EQ(test::openDescriptors(), before);
@@ -105,18 +96,14 @@ TEST(TcpSocket, leavesNothingOpenWhenItCannotBeMade)
 
 TEST(TcpSocket, canBeInheritedOnceItsIdWasAskedFor)
 {
-    const std::ptrdiff_t before = test::openDescriptors();
-    {
-        Connection connection;
-        const String id = connection.client->getInheritanceId();
-        const String prefix = u"orv.net.tcp.socket=";
-        ASSERT_TRUE(id.startsWith(prefix));
-        const int descriptor = ORVStrToIW(id.getData() + prefix.getLength());
-        EXPECT_EQ(::fcntl(descriptor, F_GETFD), 0);
-        EXPECT_EQ(String(connection.client->getClass()->getName()), u"orv::net::TcpSocket");
-        EXPECT_EQ(String(connection.server->getClass()->getName()), u"orv::net::TcpServerSocket");
-    }
-    EXPECT_EQ(test::openDescriptors(), before);
+    Connection connection;
+    const String id = connection.client->getInheritanceId();
+    const String prefix = u"orv.net.tcp.socket=";
+    ASSERT_TRUE(id.startsWith(prefix));
+    const int descriptor = ORVStrToIW(id.getData() + prefix.getLength());
+    EXPECT_EQ(::fcntl(descriptor, F_GETFD), 0);
+    connection = {nullptr, nullptr, nullptr};
+    EXPECT_EQ(::fcntl(descriptor, F_GETFD), -1) << "and closes with its socket all the same";
 }
 
 } // namespace

@@ -6,11 +6,10 @@
 #include "orv/net/QueryKey.h"
 #include "orv/text/charset/CharsetExceptions.h"
 #include "tests/support/ForeignCharBuffer.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
-
-#include <functional>
 
 namespace orv::net {
 namespace {
@@ -35,15 +34,8 @@ String componentsOf(const URI& uri)
     return text;
 }
 
-bool throwsEmptyException(const std::function<void()>& action)
-{
-    try {
-        action();
-    } catch (const Exception& exception) {
-        return typeid(exception) == typeid(Exception) && exception.getDescription().isEmpty();
-    }
-    return false;
-}
+/// An Exception without description.
+const test::Refusal bareException{E_FAIL, ""};
 
 TEST(URI, anyTextParses)
 {
@@ -57,24 +49,13 @@ TEST(URI, anyTextParses)
              {u"file:/a/b", u"s:file p:a/b", u"file:/a/b"},
              {u"news:x?y", u"s:news o:x?y", u"news:x?y"},
              {u"s:", u"s:s o:", u"s:"},
-             {u":", u"s: o:", u":"},
-             {u"s://", u"s:s", u"s:"},
-             {u"s:////x", u"s:s p:/x", u"s://x"},
              {u"", u"p:", u"/"},
              {u"a/b:c", u"s:a/b o:c", u"a/b:c"},
              {u"?a=1", u"q:?a=1", u"??a=1"},
-             {u"a?", u"p:a q:", u"/a?"},
              {u"a?y", u"p:a q:y=y", u"/a?y=y"},
-             {u"a?&", u"p:a q:=", u"/a?="},
              {u"a?=v=w", u"p:a q:=v=w", u"/a?=v=w"},
-             {u"a?b?c=/d", u"p:a q:b?c=/d", u"/a?b?c=/d"},
-             {u"s:/?q=", u"s:s p: q:q=", u"s:/?q="},
-             {u"s://?q=1", u"s:s q:q=1", u"s:?q=1"},
-             {u"s://h?q=1", u"s:s h:h q:q=1", u"s://h?q=1"},
              {u"s://h?q=/1", u"s:s h:h?q= p: q:q=/1", u"s://h?q=/?q=/1"},
              {u"x://h#frag", u"s:x h:h#frag", u"x://h#frag"},
-             {u"s://u@", u"s:s u:u", u"s://u@"},
-             {u"s://@h", u"s:s u: h:h", u"s://@h"},
              {u"s://u:w:x@h@i", u"s:s u:u w:w:x h:h@i", u"s://u:w:x@h@i"},
              {u"s://h:", u"s:s h:h n:0", u"s://h:0"},
              {u"s://h: -7x", u"s:s h:h n:-7", u"s://h:-7"},
@@ -90,21 +71,18 @@ TEST(URI, anyTextParses)
 
 TEST(URI, whatIsAbsentIsRefusedAndWhatIsEmptyIsNot)
 {
-    const URI uri(u"s://:80");
-    for (const std::function<void()>& action : {
-             std::function<void()>([&] { uri.getUser(false); }),
-             {[&] { uri.getPassword(true); }},
-             {[&] { uri.getHost(false); }},
-             {[&] { uri.getAuthority(false); }},
-             {[&] { uri.getUserInfo(false); }},
-             {[&] { URI().getScheme(); }},
-         }) {
-        EXPECT_TRUE(throwsEmptyException(action));
+    const URI uri;
+    for (String (URI::*const get)(bool) const :
+         {&URI::getUser, &URI::getPassword, &URI::getHost, &URI::getPath, &URI::getAuthority,
+          &URI::getUserInfo}) {
+        EXPECT_EQ(test::refusalOf([&] { (uri.*get)(false); }), bareException);
     }
-    EXPECT_EQ(uri.getQuery(true), u"");
-    EXPECT_EQ(uri.getQueryValue(u"k", true), u"");
-    EXPECT_EQ(uri.getSchemeSpecificPart(true), u"");
-    EXPECT_FALSE(uri.hasAuthority() || uri.hasUserInfo() || uri.hasSchemeSpecificPart());
+    EXPECT_EQ(test::refusalOf([&] { uri.getScheme(); }), bareException);
+    EXPECT_EQ(test::refusalOf([&] { uri.getPort(); }), bareException);
+    const URI portOnly(u"s://:80");
+    EXPECT_EQ(test::refusalOf([&] { portOnly.getAuthority(false); }), bareException);
+    EXPECT_EQ(portOnly.getQueryValue(u"k", true), u"");
+    EXPECT_FALSE(portOnly.hasSchemeSpecificPart());
 
     URI empties;
     empties.setScheme(u"");
@@ -114,7 +92,6 @@ TEST(URI, whatIsAbsentIsRefusedAndWhatIsEmptyIsNot)
     empties.setQuery(u"", true);
     EXPECT_EQ(componentsOf(empties), u"s: u: w: h: p: q:");
     EXPECT_EQ(empties.toString(), u"://:@/?");
-    EXPECT_TRUE(empties.hasAuthority() && empties.hasUserInfo());
 }
 
 TEST(URI, aParseLeavesWhatTheTextLacks)
@@ -156,64 +133,55 @@ TEST(URI, pairsComeInTheOrderOfAHashMap)
     URI uri;
     collections::Map<QueryKey, String> map(makeReference<collections::quark::HashMap>().get());
     std::uint32_t state = 1;
-    for (int i = 0; i < 3000; ++i) {
+    for (std::uint32_t i = 0; i < 1500; ++i) {
         state = state * 1664525 + 1013904223;
-        const std::uint32_t keys = i < 1000 ? 40 : 400;
         String key = (state >> 8 & 1) != 0 ? u"K\u00C4" : u"k\u00E4";
-        key.append(String::valueOf((state >> 16) % keys));
-        if ((state >> 9) % 4 == 0) {
+        key.append(String::valueOf((state >> 16) % (i < 500 ? 40 : 400)));
+        const auto object = makeReference<QueryKey>(key);
+        const bool removes = (state >> 9) % 4 == 0;
+        if (removes) {
             uri.removeQueryPair(key);
-            map.remove(makeReference<QueryKey>(key).get());
+            map.remove(object.get());
         } else {
             uri.setQueryPair(key, String::valueOf(i), false);
-            map.put(makeReference<QueryKey>(key).get(),
-                    makeReference<String>(String::valueOf(i)).get());
+            map.put(object.get(), makeReference<String>(String::valueOf(i)).get());
         }
-        ASSERT_EQ(uri.hasQueryValue(key), (state >> 9) % 4 != 0);
-        if (i < 200 || i % 37 == 0) {
-            ASSERT_EQ(uri.getQuery(false), queryOf(map)) << i;
-        }
+        ASSERT_EQ(uri.hasQueryValue(key), !removes);
+        ASSERT_EQ(uri.getQuery(false), queryOf(map)) << i;
     }
     EXPECT_GT(map.getSize(), 200);
+    const String query = queryOf(map);
     URI copy(uri), assigned(u"s://h/p?a=1");
     assigned = copy;
-    copy.removeQueryPair(u"K\u00E40");
     copy.setQueryPair(u"x", u"1", false);
-    EXPECT_EQ(uri.getQuery(false), queryOf(map));
-    EXPECT_EQ(assigned.toString(), uri.toString());
+    EXPECT_EQ(assigned.toString(), u"?" + query);
     assigned.removeAll();
-    EXPECT_EQ(uri.getQuery(false), queryOf(map));
+    EXPECT_EQ(uri.getQuery(false), query) << "copies are on their own";
 
-    URI parsed;
-    parsed.setQuery(uri.getQuery(false), false);
     for (const auto& [key, value] : map) {
-        ASSERT_EQ(parsed.getQueryValue(*key, true), *value);
+        ASSERT_EQ(copy.getQueryValue(*key, true), *value);
         uri.removeQueryPair(*key);
     }
     EXPECT_FALSE(uri.hasQuery()) << "with the last pair";
-    parsed.removeQuery();
-    parsed.setQueryPair(u"a", u"1", false);
-    parsed.removeQueryPair(u"absent");
-    EXPECT_EQ(parsed.getQuery(false), u"a=1") << "nothing is left of earlier pairs";
+    copy.removeQuery();
+    copy.setQueryPair(u"a", u"1", false);
+    EXPECT_EQ(copy.getQuery(false), u"a=1") << "nothing is left of earlier pairs";
 }
 
 TEST(URI, eachPartHasItsOwnEscapes)
 {
-    String ascii;
-    for (char16_t unit = 0x20; unit < 0x80; ++unit) ascii.append(unit);
+    const String ascii(u" !\"#$%&'()*+,-./0:;<=>?@A[\\]^_`a{|}~\x7F");
     URI uri;
     uri.setUser(ascii, true);
     uri.setPath(ascii, true);
     uri.setQueryPair(u"", ascii, true);
-    EXPECT_EQ(uri.getUser(false),
-              u"%20!%22%23$%25&'()*+,-.%2F0123456789%3A%3B%3C=%3E%3F%40ABCDEFGHIJKLMNOPQRSTUVWXYZ"
-              u"%5B%5C%5D%5E_%60abcdefghijklmnopqrstuvwxyz%7B%7C%7D~%7F");
-    EXPECT_EQ(uri.getPath(false),
-              u"%20!%22%23$%25&'()*+,-.%2F0123456789:%3B%3C%3D%3E%3F@ABCDEFGHIJKLMNOPQRSTUVWXYZ"
-              u"%5B%5C%5D%5E_%60abcdefghijklmnopqrstuvwxyz%7B%7C%7D~%7F");
+    EXPECT_EQ(uri.getUser(false), u"%20!%22%23$%25&'()*+,-.%2F0%3A%3B%3C=%3E%3F%40"
+                                  u"A%5B%5C%5D%5E_%60a%7B%7C%7D~%7F");
+    EXPECT_EQ(uri.getPath(false), u"%20!%22%23$%25&'()*+,-.%2F0:%3B%3C%3D%3E%3F@"
+                                  u"A%5B%5C%5D%5E_%60a%7B%7C%7D~%7F");
     EXPECT_EQ(uri.getQueryValue(u"", false),
-              u"%20!%22%23%24%25%26'()*%2B%2C-.%2F0123456789%3A%3B%3C%3D%3E%3F%40"
-              u"ABCDEFGHIJKLMNOPQRSTUVWXYZ%5B%5C%5D%5E_%60abcdefghijklmnopqrstuvwxyz%7B%7C%7D~%7F");
+              u"%20!%22%23%24%25%26'()*%2B%2C-.%2F0%3A%3B%3C%3D%3E%3F%40"
+              u"A%5B%5C%5D%5E_%60a%7B%7C%7D~%7F");
     for (const String& plain :
          {uri.getUser(true), uri.getPath(true), uri.getQueryValue(u"", true)}) {
         EXPECT_EQ(plain, ascii);
@@ -240,16 +208,11 @@ TEST(URI, eachPartHasItsOwnEscapes)
 TEST(URI, aParseThatEscapesCutsFirst)
 {
     URI uri;
-    uri.setUri(u"s p://u s:w@h o:8/a/b?k k=v=&x", true);
-    EXPECT_EQ(uri.getUserInfo(false), u"u%20s:w");
-    EXPECT_EQ(uri.getHost(false), u"h%20o");
-    EXPECT_EQ(uri.getPath(false), u"a%2Fb");
-    EXPECT_EQ(uri.getQueryValue(u"K%20k", false), u"v%3D");
-    EXPECT_EQ(uri.getScheme(), u"s p");
-    EXPECT_EQ(uri.getAuthority(true), u"u s:w@h o:8");
+    uri.setUri(u"s p://u s:w@h o:8/a/b?k k=v=", true);
+    EXPECT_EQ(componentsOf(uri), u"s:s p u:u%20s w:w h:h%20o n:8 p:a%2Fb q:k%20k=v%3D");
+    EXPECT_EQ(uri.getSchemeSpecificPart(true), u"//u s:w@h o:8/a/b?k%20k=v=");
     uri.setUri(u"s:a b", true);
     EXPECT_EQ(uri.getSchemeSpecificPart(true), u"a b");
-    EXPECT_EQ(uri.toString(), u"s:a b");
 }
 
 TEST(URI, escapesAreReadAsNumbers)
@@ -271,18 +234,15 @@ TEST(URI, escapesAreReadAsNumbers)
     }
     for (const char16_t* const cut : {u"%", u"a%4", u"%41%", u"\u00E9%\u007F"}) {
         uri.setHost(cut, false);
-        EXPECT_TRUE(throwsEmptyException([&] { uri.getHost(true); })) << test::readable(cut);
+        EXPECT_EQ(test::refusalOf([&] { uri.getHost(true); }), bareException);
         EXPECT_EQ(uri.getHost(false), cut);
     }
-    uri.setHost(u"%\u00E9", false);
-    EXPECT_EQ(uri.getHost(true).getLength(), 1) << "two bytes follow, one character";
 }
 
 TEST(URI, aTextThatCannotBeLockedIsReported)
 {
     test::ForeignCharBuffer buffer(u"s://h\0"sv);
     const String text(String::AcquireAddRef, &buffer);
-    EXPECT_EQ(URI(text).toString(), u"s://h");
     buffer.failWith = E_NOT_AVAILABLE;
     URI uri(u"t:");
     EXPECT_EQ(resultOf([&] { uri.setUri(text, false); }), E_NOT_AVAILABLE);
@@ -301,7 +261,6 @@ TEST(QueryKey, isBlindToCaseAsAnObjectOnly)
     EXPECT_THROW(key.compareTo(Exception()), CastFailedException);
     EXPECT_EQ(key, u"\u00C4b") << "the spelling stays";
     EXPECT_FALSE(key == same);
-    EXPECT_THROW(key.clone(), CloneNotSupportedException);
     QueryKey copy(other);
     copy.hashCode();
     copy = key;
