@@ -9,6 +9,7 @@ namespace orvcore {
 namespace {
 
 constexpr ORVResult noMoreItems = systemResult(259);
+constexpr ORVResult damagedStore = systemResult(1009);
 
 /// A value by the place of its key and by its name, null being the default value's.
 struct StoreValue {
@@ -34,19 +35,6 @@ struct ValueOut {
     std::uint32_t* size;
 };
 
-ORVResult deliver(const StoredValue& value, const ValueOut& out) noexcept
-{
-    if (!value.isThere) return notFound;
-    if (out.type != nullptr) *out.type = value.type;
-    if (out.size == nullptr) return S_OK;
-    const std::uint32_t room = *out.size;
-    *out.size = static_cast<std::uint32_t>(value.bytes.size());
-    if (out.data == nullptr) return S_OK;
-    if (room < *out.size) return bufferTooSmall;
-    std::copy(value.bytes.begin(), value.bytes.end(), static_cast<char*>(out.data));
-    return S_OK;
-}
-
 bool isValueOf(std::uint32_t type, std::uint32_t size) noexcept
 {
     switch (type) {
@@ -54,6 +42,21 @@ bool isValueOf(std::uint32_t type, std::uint32_t size) noexcept
     case ORV_REG_UINT64: return size == sizeof(std::uint64_t);
     default: return type <= ORV_REG_BINARY;
     }
+}
+
+ORVResult deliver(const StoredValue& value, const ValueOut& out) noexcept
+{
+    if (!value.isThere) return notFound;
+    const auto size = static_cast<std::uint32_t>(value.bytes.size());
+    if (!isValueOf(value.type, size)) return damagedStore;
+    if (out.type != nullptr) *out.type = value.type;
+    if (out.size == nullptr) return S_OK;
+    const std::uint32_t room = *out.size;
+    *out.size = size;
+    if (out.data == nullptr) return S_OK;
+    if (room < size) return bufferTooSmall;
+    std::copy(value.bytes.begin(), value.bytes.end(), static_cast<char*>(out.data));
+    return S_OK;
 }
 
 ORVResult addKeys(Store& store, const StoreKey& key, const char16_t* path) noexcept

@@ -317,6 +317,20 @@ TEST_F(Registry, leavesAFileAloneThatIsNotItsOwn)
     }
 }
 
+TEST_F(Registry, takesAValueOfNoTypeForDamage)
+{
+    ASSERT_EQ(set(u"k", u"v", "123"), S_OK);
+    for (const char* damage : {"UPDATE entries SET type=4", "UPDATE entries SET type=1"}) {
+        sqlite3* database = nullptr;
+        sqlite3_open(m_file.c_str(), &database);
+        sqlite3_exec(database, damage, nullptr, nullptr, nullptr);
+        sqlite3_close(database);
+        EXPECT_EQ(get(u"k", u"v"), "result 1009");
+    }
+    EXPECT_EQ(set(u"k", u"v", "new"), S_OK);
+    EXPECT_EQ(get(u"k", u"v"), "new");
+}
+
 TEST_F(Registry, keepsWhatItHasWhenTheDiskIsFull)
 {
     ASSERT_EQ(set(u"k", u"v", "before"), S_OK);

@@ -19,17 +19,14 @@ using quark::QuarkPropertySet;
 /// A component with the properties of a set of ours, which walks over its names by itself.
 class Component final : public ::orv::quark::Implements<Object, quark::IPropertySet> {
 public:
-    Result Set(const char16_t* name, IORVUnknown* value) override
-    {
-        return within().Set(name, value);
-    }
+    Result Set(const char16_t* name, IORVUnknown* value) override { return set->Set(name, value); }
     Result Get(const char16_t* name, const GUID& iid, void** value) const override
     {
-        return set->hasProperty(name) ? within().Get(name, iid, value) : E_NOT_FOUND;
+        return set->hasProperty(name) ? set->Get(name, iid, value) : E_NOT_FOUND;
     }
     Result Remove(const char16_t* name, const GUID& iid, void** value) override
     {
-        return set->hasProperty(name) ? within().Remove(name, iid, value) : E_NOT_FOUND;
+        return set->hasProperty(name) ? set->Remove(name, iid, value) : E_NOT_FOUND;
     }
     Result GetKeyIterator(const GUID& iid, void** iterator) const override
     {
@@ -51,8 +48,6 @@ private:
         }
         Reference<collections::ConstIterator<String>> left;
     };
-
-    quark::IPropertySet& within() const { return *set; }
 };
 
 /// The names in order, a blank behind each.
