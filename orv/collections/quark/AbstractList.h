@@ -20,6 +20,7 @@ public:
     bool add(IORVUnknown* element) override;
 
     using AbstractCollection::addAll;
+    /// Where `other` is this list, ends with an Exception behind the first element.
     bool addAll(std::int32_t index, const Collection& other) override;
     bool remove(const IORVUnknown* element) override;
     std::int32_t indexOf(const IORVUnknown* element) const override;

@@ -137,8 +137,9 @@ TEST(Thread, aCopyIsNotStarted)
 TEST(Thread, canBeStartedOnceTheSystemHasRoomAgain)
 {
     const auto job = makeReference<Job>([] {});
-    Thread thread(job.get());
-    thread.setStackSize(0xFFFF0000u);
+    Thread greedy(job.get());
+    greedy.setStackSize(0xFFFF0000u);
+    Thread thread(greedy);
     std::uint64_t pages = 0;
     std::ifstream("/proc/self/statm") >> pages;
     rlimit unlimited{};
@@ -149,7 +150,7 @@ TEST(Thread, canBeStartedOnceTheSystemHasRoomAgain)
     ::setrlimit(RLIMIT_AS, &unlimited);
     EXPECT_TRUE(failed(refusal.first));
     EXPECT_EQ(refusal.second, "thread creation failed");
-    EXPECT_EQ(job->GetRefCount(), 2u);
+    EXPECT_EQ(job->GetRefCount(), 3u);
     thread.setStackSize(0);
     thread.start();
     thread.join();

@@ -96,11 +96,10 @@ TEST(AsyncProcessor, keepsTheOrderAndWithoutThreadsAllForTheStop)
             // So many fill a block of the queue; then the thread sleeps until it is woken.
             if (i % 126 == 125) std::this_thread::sleep_for(std::chrono::milliseconds(40));
         }
-        if (threads == 0) {
-            EXPECT_EQ(next, 0);
-            logger = nullptr;
-        }
-        EXPECT_TRUE(awaitTrue([&] { return next == 1000; })) << next;
+        EXPECT_TRUE(awaitTrue([&] { return next == threads * 1000; })) << next;
+        logger = nullptr;
+        EXPECT_TRUE(awaitTrue([&] { return target->GetRefCount() == 1; })) << "the thread is gone";
+        EXPECT_EQ(next, 1000);
     }
 }
 
