@@ -178,7 +178,7 @@ TEST(SyncCondition, carriesWhatIsWaitedFor)
     for (int i = 0; i < 2; ++i) {
         const Condition::Holder holder(condition);
         ++tickets;
-        i == 0 ? condition.signal() : condition.broadcast();
+        i == 0 ? condition.broadcast() : condition.signal();
     }
     first.join();
     second.join();
