@@ -544,24 +544,37 @@ inline bool operator==(const String& a, const char16_t* b)
     return a.equals(b, -1, false);
 }
 
+namespace internal {
+
+/// The room that texts of both lengths want together. A sum beyond 32 bits asks for none, and then
+/// appending finds that it cannot be had.
+constexpr std::int32_t roomForBoth(std::int32_t a, std::int32_t b) noexcept
+{
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b) +
+                                     1);
+}
+
+} // namespace internal
+
 /// Concatenation into a text with room for both.
 inline String operator+(const String& a, const String& b)
 {
-    String result(AcquireMode::AcquireCopy, a, 0, -1, a.getLength() + b.getLength() + 1);
+    String result(AcquireMode::AcquireCopy, a, 0, -1,
+                  internal::roomForBoth(a.getLength(), b.getLength()));
     result.append(b);
     return result;
 }
 inline String operator+(const String& a, const char16_t* b)
 {
     const std::int32_t length = ORVStrLenW(b);
-    String result(AcquireMode::AcquireCopy, a, 0, -1, a.getLength() + length + 1);
+    String result(AcquireMode::AcquireCopy, a, 0, -1, internal::roomForBoth(a.getLength(), length));
     result.append(b, length);
     return result;
 }
 inline String operator+(const char16_t* a, const String& b)
 {
     const std::int32_t length = ORVStrLenW(a);
-    String result(a, length, length + b.getLength() + 1);
+    String result(a, length, internal::roomForBoth(length, b.getLength()));
     result.append(b);
     return result;
 }

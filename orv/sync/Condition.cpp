@@ -15,7 +15,8 @@ orvcore::ConditionWords& wordsOf(ORVHandle handle) noexcept
 
 } // namespace
 
-Condition::Holder::Holder(Condition& condition) : m_condition(condition)
+Condition::Holder::Holder(Condition& condition)
+    : m_condition(condition), m_unwinding(std::uncaught_exceptions())
 {
     m_condition.acquire();
 }
@@ -24,7 +25,7 @@ Condition::Holder::~Holder() noexcept(false)
 {
     if (wordsOf(m_condition.m_handle).owner.tryRelease()) return;
     const Result result = ORVConditionRelease(m_condition.m_handle);
-    if (failed(result) && std::uncaught_exceptions() == 0) throwResult(result);
+    if (failed(result) && std::uncaught_exceptions() == m_unwinding) throwResult(result);
 }
 
 Condition::Condition(const char* name, std::uint32_t flags)

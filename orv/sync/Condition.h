@@ -22,8 +22,8 @@ class ORV_API Condition : public ::orv::Object {
 public:
     /// Holds the lock of a condition for a scope.
     ///
-    /// A failure to give it back is thrown out of the destructor, unless an exception is on its way
-    /// already, which then goes on alone.
+    /// A failure to give it back is thrown out of the destructor, unless an exception ends the
+    /// scope, which then goes on alone.
     class ORV_API Holder {
     public:
         /// Acquires the lock of `condition`, which must outlive this object.
@@ -34,6 +34,7 @@ public:
 
     private:
         Condition& m_condition;
+        int m_unwinding;
     };
 
     explicit Condition(const char* name = nullptr, std::uint32_t flags = 0);

@@ -10,8 +10,8 @@ namespace orv::sync {
 ///
 ///     const sync::Lock lock(m_lock);
 ///
-/// A failure to give the lock back is thrown out of the destructor, unless an exception is on its
-/// way already, which then goes on alone.
+/// A failure to give the lock back is thrown out of the destructor, unless an exception ends the
+/// scope, which then goes on alone.
 class Lock {
 public:
     /// Acquires `lock`, which must outlive this object.
@@ -32,12 +32,13 @@ public:
         try {
             m_lock->signal();
         } catch (...) {
-            if (std::uncaught_exceptions() == 0) throw;
+            if (std::uncaught_exceptions() == m_unwinding) throw;
         }
     }
 
 private:
     LockObject* m_lock;
+    int m_unwinding = std::uncaught_exceptions();
 };
 
 } // namespace orv::sync

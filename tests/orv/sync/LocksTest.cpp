@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <thread>
 #include <type_traits>
 
@@ -78,6 +79,45 @@ TEST(SyncHandle, theDestructorThrowsUnlessAnExceptionIsOnItsWay)
               }),
               E_FAIL);
     EXPECT_EQ(resultOf([] { const Failing none; }), S_OK);
+}
+
+void giveBack(Mutex& mutex)
+{
+    mutex.signal();
+}
+void giveBack(Condition& condition)
+{
+    condition.release();
+}
+
+/// What comes out of a scope whose guard has nothing left to give back.
+template <class Guard, class Guarded>
+Result endOfScope(bool throwing)
+{
+    Guarded guarded;
+    return resultOf([&] {
+        const Guard guard(guarded);
+        giveBack(guarded);
+        if (throwing) throw ResultException(E_FAIL);
+    });
+}
+
+TEST(SyncGuards, throwUnlessAnExceptionEndsTheirScope)
+{
+    for (const auto end : {endOfScope<Lock, Mutex>, endOfScope<Condition::Holder, Condition>}) {
+        EXPECT_EQ(end(false), notOwner);
+        EXPECT_EQ(end(true), E_FAIL);
+        const auto inUnwinding = [&](const int*) {
+            EXPECT_EQ(end(false), notOwner);
+            EXPECT_EQ(end(true), E_FAIL);
+        };
+        const auto unwind = [&] {
+            const int place = 0;
+            const std::unique_ptr<const int, decltype(inUnwinding)> guard(&place, inUnwinding);
+            throw ResultException(busy);
+        };
+        EXPECT_EQ(resultOf(unwind), busy);
+    }
 }
 
 TEST(FakeMutex, locksNothing)
