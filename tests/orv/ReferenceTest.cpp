@@ -55,6 +55,7 @@ TYPED_TEST(ReferenceTest, assignmentTakesTheNewBeforeTheOldGoes)
     EXPECT_EQ(head->GetRefCount(), 1u);
     const typename TypeParam::template Pointer<const Object> asObject = std::move(head);
     EXPECT_EQ(asObject->GetRefCount(), 1u);
+    // NOLINTNEXTLINE(bugprone-use-after-move): what was moved from is null
     EXPECT_TRUE(head == nullptr);
 }
 
