@@ -111,6 +111,7 @@ TEST(TcpServerSocket2, reportsTheOneAddressItWasToldToSave)
     for (const bool isOne : {true, false}) {
         const Owned<TcpServerSocket2> server = listeningServer();
         const std::string bound = boundText(*server);
+        const std::string more = "; " + bound;
         server->bindListClear();
         const char* const hosts = isOne ? "10.1.2.3" : "10.1.2.3, 10.1.2.4";
         EXPECT_EQ(server->bindListAddAddrInfo(hosts, nullptr, 80), ORV_E_SOCKET_OK);
@@ -118,10 +119,10 @@ TEST(TcpServerSocket2, reportsTheOneAddressItWasToldToSave)
                   ORV_E_SOCKET_OK);
         EXPECT_EQ(bindText(*server), "");
         EXPECT_EQ(server->saveBoundAddresses(), ORV_E_SOCKET_OK);
-        const std::string saved = isOne ? "10.1.2.3:80" : bound + "; " + bound;
+        const std::string saved = isOne ? "10.1.2.3:80" : bound + more;
         EXPECT_EQ(boundText(*server), saved) << "one replaces the list, of two none is saved";
         EXPECT_EQ(server->saveBoundAddresses(), ORV_E_SOCKET_OK);
-        EXPECT_EQ(boundText(*server), saved + "; " + bound) << "once";
+        EXPECT_EQ(boundText(*server), saved + more) << "once";
     }
 }
 
